@@ -1,0 +1,135 @@
+#include "app/SettingsStore.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+// QSettings keeps the keys of an INI file's [General] section at its top level.
+bool isGeneral(const QString& section)
+{
+    return section.compare(u"General", Qt::CaseInsensitive) == 0;
+}
+
+std::unique_ptr<SettingsStore>& globalStore()
+{
+    static std::unique_ptr<SettingsStore> store;
+    return store;
+}
+
+} // namespace
+
+SettingsStore::SettingsStore(const QString& filePath) : m_path(filePath)
+{
+    load();
+}
+
+SettingsStore::~SettingsStore() = default;
+
+QString SettingsStore::defaultPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation) +
+           QStringLiteral("/Lumbra.ini");
+}
+
+SettingsStore& SettingsStore::global()
+{
+    auto& store = globalStore();
+    if (!store)
+        store = std::make_unique<SettingsStore>(defaultPath());
+    return *store;
+}
+
+void SettingsStore::reopenGlobal()
+{
+    globalStore() = std::make_unique<SettingsStore>(defaultPath());
+}
+
+QString SettingsStore::indexOf(const QString& section, const QString& key)
+{
+    return (isGeneral(section) ? QStringLiteral("general") : section.toLower()) + u'\n' +
+           key.toLower();
+}
+
+QString SettingsStore::fileKey(const Entry& entry) const
+{
+    return isGeneral(entry.section) ? entry.key : entry.section + u'/' + entry.key;
+}
+
+void SettingsStore::load()
+{
+    QDir().mkpath(QFileInfo(m_path).absolutePath());
+    m_file = std::make_unique<QSettings>(m_path, QSettings::IniFormat);
+    const QStringList keys = m_file->allKeys();
+
+    if (m_file->status() == QSettings::FormatError) {
+        // QSettings refuses to write over a file it could not parse, which would lose every
+        // later change. Keep the damaged file beside the new one and start afresh.
+        m_file.reset();
+        const QString aside = m_path + QStringLiteral(".damaged-") +
+                              QDateTime::currentDateTime().toString(u"yyyyMMdd-hhmmss");
+        if (!QFile::rename(m_path, aside))
+            QFile::remove(m_path);
+        m_file = std::make_unique<QSettings>(m_path, QSettings::IniFormat);
+        return;
+    }
+    if (m_file->status() == QSettings::AccessError) {
+        // A file we cannot read must not be replaced by one holding only this run's values.
+        m_persisted = false;
+        return;
+    }
+
+    for (const QString& fullKey : keys) {
+        const qsizetype slash = fullKey.indexOf(u'/');
+        Entry entry;
+        entry.section = slash < 0 ? QStringLiteral("General") : fullKey.left(slash);
+        entry.key = slash < 0 ? fullKey : fullKey.mid(slash + 1);
+        const QVariant value = m_file->value(fullKey);
+        entry.value = value.typeId() == QMetaType::QStringList
+                          ? value.toStringList().join(QStringLiteral(", "))
+                          : value.toString();
+        const QString index = indexOf(entry.section, entry.key);
+        if (!m_entries.contains(index))
+            m_entries.insert(index, entry);
+    }
+}
+
+QString SettingsStore::read(const QString& section, const QString& key, const QString& fallback) const
+{
+    const auto it = m_entries.constFind(indexOf(section, key));
+    return it == m_entries.cend() ? fallback : it->value;
+}
+
+bool SettingsStore::contains(const QString& section, const QString& key) const
+{
+    return m_entries.contains(indexOf(section, key));
+}
+
+void SettingsStore::write(const QString& section, const QString& key, const QString& value)
+{
+    const QString index = indexOf(section, key);
+    auto it = m_entries.find(index);
+    if (it == m_entries.end())
+        it = m_entries.insert(index, Entry{section, key, value});
+    else
+        it->value = value;
+
+    if (!m_persisted || !m_file)
+        return;
+    m_file->setValue(fileKey(*it), value);
+    m_file->sync();
+    m_lastWriteOk = m_file->status() == QSettings::NoError;
+}
+
+void SettingsStore::write(const QString& section, const QString& key, qint64 value)
+{
+    write(section, key, QString::number(value));
+}
+
+void SettingsStore::writeBool(const QString& section, const QString& key, bool value)
+{
+    write(section, key, Formats::fromBool(value));
+}

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "common/Formats.h"
+
+#include <QHash>
+#include <QSettings>
+#include <QString>
+
+#include <memory>
+#include <type_traits>
+
+// The per-user settings: text values in sections, section and key names compared without
+// regard to case (the spelling first written is kept). Values live in memory and are written
+// through to one INI file; a file that cannot be read or written never stops the program,
+// which then keeps its settings for the rest of the run.
+class SettingsStore
+{
+public:
+    explicit SettingsStore(const QString& filePath);
+    ~SettingsStore();
+
+    // $XDG_CONFIG_HOME/Lumbra/Lumbra.ini on Linux.
+    static QString defaultPath();
+    // The store the program uses; opened at defaultPath() on first use.
+    static SettingsStore& global();
+    // Opens the global store again at defaultPath(), for tests that change the environment.
+    static void reopenGlobal();
+
+    QString read(const QString& section, const QString& key, const QString& fallback = {}) const;
+    bool contains(const QString& section, const QString& key) const;
+
+    void write(const QString& section, const QString& key, const QString& value);
+    void write(const QString& section, const QString& key, qint64 value);
+    void write(const QString& section, const QString& key, int value) { write(section, key, qint64(value)); }
+    void writeBool(const QString& section, const QString& key, bool value);
+
+    // Reads a value with its default and converts it into target; when the text does not
+    // convert, target keeps the value it had.
+    template <typename T>
+    bool readInto(const QString& section, const QString& key, const QString& fallback, T& target) const
+    {
+        const QString text = read(section, key, fallback);
+        if constexpr (std::is_same_v<T, QString>) {
+            target = text;
+            return true;
+        } else if constexpr (std::is_same_v<T, bool>) {
+            if (const auto value = Formats::toBool(text)) {
+                target = *value;
+                return true;
+            }
+        } else if constexpr (std::is_floating_point_v<T>) {
+            if (const auto value = Formats::toDouble(text)) {
+                target = T(*value);
+                return true;
+            }
+        } else {
+            static_assert(std::is_integral_v<T>);
+            if (const auto value = Formats::toLong(text)) {
+                target = T(*value);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    QString filePath() const { return m_path; }
+    // False when the file could not be read at start (it is then left alone) or the last
+    // write did not reach it; the values are kept in memory either way.
+    bool persisted() const { return m_persisted && m_lastWriteOk; }
+
+private:
+    struct Entry
+    {
+        QString section;
+        QString key;
+        QString value;
+    };
+
+    static QString indexOf(const QString& section, const QString& key);
+    QString fileKey(const Entry& entry) const;
+    void load();
+
+    QString m_path;
+    std::unique_ptr<QSettings> m_file;
+    QHash<QString, Entry> m_entries;
+    bool m_persisted = true;
+    bool m_lastWriteOk = true;
+};
