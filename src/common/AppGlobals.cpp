@@ -1,0 +1,7 @@
+#include "common/AppGlobals.h"
+
+AppGlobals& Globals()
+{
+    static AppGlobals globals;
+    return globals;
+}

@@ -1,0 +1,76 @@
+#include "TestWorld.h"
+
+#include "app/RecentList.h"
+#include "app/SettingsStore.h"
+
+class tst_RecentList : public QObject
+{
+    Q_OBJECT
+
+    static QStringList items(const RecentList& list)
+    {
+        QStringList result;
+        for (int i = 0; i < RecentList::Capacity; ++i)
+            result.append(list.Item(i));
+        return result;
+    }
+
+private Q_SLOTS:
+    void propose_data()
+    {
+        QTest::addColumn<QStringList>("proposed");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("sixth pushes the first out")
+            << QStringList{"A", "B", "C", "D", "E", "F"} << QStringList{"F", "E", "D", "C", "B"};
+        QTest::newRow("known item moves to the front")
+            << QStringList{"A", "B", "C", "D", "E", "C"} << QStringList{"C", "E", "D", "B", "A"};
+        QTest::newRow("current first changes nothing")
+            << QStringList{"A", "B", "B"} << QStringList{"B", "A", "", "", ""};
+        QTest::newRow("last item moves to the front")
+            << QStringList{"A", "B", "C", "D", "E", "A"} << QStringList{"A", "E", "D", "C", "B"};
+        QTest::newRow("blanks around make a second copy")
+            << QStringList{"x", " x "} << QStringList{"x", "x", "", "", ""};
+        QTest::newRow("case matters") << QStringList{"a.jpg", "A.JPG"} << QStringList{"A.JPG", "a.jpg", "", "", ""};
+    }
+    void propose()
+    {
+        QFETCH(QStringList, proposed);
+        QFETCH(QStringList, expected);
+        RecentList list;
+        for (const QString& text : proposed)
+            list.Propose(text);
+        QCOMPARE(items(list), expected);
+    }
+
+    void itemOutsideRangeIsEmpty()
+    {
+        RecentList list;
+        list.Propose(QStringLiteral("/pics/a.jpg"));
+        QCOMPARE(list.Item(7), QString());
+        QCOMPARE(list.Item(-1), QString());
+        QCOMPARE(list.Item(0), QStringLiteral("/pics/a.jpg"));
+    }
+
+    void saveAndLoad()
+    {
+        SettingsStore& store = SettingsStore::global();
+        RecentList empty;
+        empty.Load(store, QStringLiteral("mdiMain"));
+        QCOMPARE(items(empty), QStringList(5));
+
+        RecentList list;
+        list.Propose(QStringLiteral("/pics/one.jpg"));
+        list.Propose(QStringLiteral("/pics/two.png"));
+        list.Save(store, QStringLiteral("mdiMain"));
+        QCOMPARE(store.read(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_0")), QStringLiteral("/pics/two.png"));
+        QVERIFY(store.contains(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_4")));
+
+        SettingsStore reread(SettingsStore::defaultPath());
+        RecentList loaded;
+        loaded.Load(reread, QStringLiteral("MDIMAIN"));
+        QCOMPARE(items(loaded), items(list));
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_RecentList)
+#include "tst_recentlist.moc"

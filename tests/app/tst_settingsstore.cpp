@@ -1,0 +1,190 @@
+#include "TestWorld.h"
+
+#include "app/SettingsStore.h"
+#include "app/StartUp.h"
+#include "common/AppGlobals.h"
+
+#include <QDir>
+#include <QFile>
+
+class tst_SettingsStore : public QObject
+{
+    Q_OBJECT
+
+    QString freshPath()
+    {
+        static int count = 0;
+        return property("worldPath").toString() + QStringLiteral("/store%1/Lumbra.ini").arg(++count);
+    }
+
+private Q_SLOTS:
+    void defaultPathFollowsXdgConfigHome()
+    {
+        QCOMPARE(SettingsStore::defaultPath(),
+                 property("worldPath").toString() + QStringLiteral("/config/Lumbra/Lumbra.ini"));
+    }
+
+    void emptyStoreGivesCatalogueDefaults_data()
+    {
+        QTest::addColumn<int>("option");
+        QTest::addColumn<long>("expected");
+        for (int i = 0; i < AppGlobals::OptionCount; ++i)
+            QTest::addRow("Options_%d", i) << i << long(i > 8 && i != 11 ? 0 : 1);
+    }
+    void emptyStoreGivesCatalogueDefaults()
+    {
+        QFETCH(int, option);
+        QFETCH(long, expected);
+        SettingsStore store(freshPath());
+        AppGlobals globals;
+        StartUp::ReadGlobals(store, globals);
+        QCOMPARE(globals.Options[size_t(option)], expected);
+        QCOMPARE(globals.MyColor, 12648384L);
+        QCOMPARE(globals.WindowState, 0L);
+    }
+
+    void namesIgnoreCase_data()
+    {
+        QTest::addColumn<QString>("writeSection");
+        QTest::addColumn<QString>("writeKey");
+        QTest::addColumn<QString>("readSection");
+        QTest::addColumn<QString>("readKey");
+        QTest::newRow("window state key") << "General" << "WindowState" << "General" << "Windowstate";
+        QTest::newRow("slideshow section") << "SlideShow" << "Timer_Delay" << "Slideshow" << "Timer_Delay";
+        QTest::newRow("general section") << "GENERAL" << "MyColor" << "general" << "mycolor";
+        QTest::newRow("key with a bar") << "mdiMain" << "ucSidebar|ucSideBar(0)" << "MDIMAIN" << "UCSIDEBAR|UCSIDEBAR(0)";
+        QTest::newRow("key with a blank") << "mdiMain" << "Last Used" << "mdimain" << "last used";
+    }
+    void namesIgnoreCase()
+    {
+        QFETCH(QString, writeSection);
+        QFETCH(QString, writeKey);
+        QFETCH(QString, readSection);
+        QFETCH(QString, readKey);
+        const QString path = freshPath();
+        {
+            SettingsStore store(path);
+            store.write(writeSection, writeKey, QStringLiteral("first"));
+            store.write(readSection, readKey, QStringLiteral("second, with a comma"));
+            QCOMPARE(store.read(readSection, readKey), QStringLiteral("second, with a comma"));
+        }
+        // Across a restart, and in the spelling written first.
+        SettingsStore again(path);
+        QCOMPARE(again.read(writeSection, writeKey), QStringLiteral("second, with a comma"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY2(!text.contains(readKey.toUtf8()) || readKey == writeKey, text.constData());
+    }
+
+    void oneWayKeysStayApart()
+    {
+        SettingsStore store(freshPath());
+        store.write(QStringLiteral("mdiMain"), QStringLiteral("SideBar_Align_0"), 4);
+        QCOMPARE(store.read(QStringLiteral("mdiMain"), QStringLiteral("SideBar_Align"), QStringLiteral("3")),
+                 QStringLiteral("3"));
+        store.writeBool(QStringLiteral("frmMyImages"), QStringLiteral("View_1"), false);
+        QCOMPARE(store.read(QStringLiteral("frmMyImages"), QStringLiteral("View_ 1"), QStringLiteral("True")),
+                 QStringLiteral("True"));
+        QCOMPARE(store.read(QStringLiteral("frmMyImages"), QStringLiteral("View_1")), QStringLiteral("False"));
+    }
+
+    void conversionKeepsOldValueOnFailure_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("converts");
+        QTest::addColumn<long>("asLong");
+        QTest::addColumn<bool>("asBool");
+        QTest::newRow("letters") << "abc" << false << 77L << true;
+        QTest::newRow("empty") << "" << false << 77L << true;
+        QTest::newRow("True") << "True" << false << 77L << true;
+        QTest::newRow("False") << "False" << false << 77L << false;
+        QTest::newRow("minus one") << "-1" << true << -1L << true;
+        QTest::newRow("zero") << "0" << true << 0L << false;
+        QTest::newRow("one") << "1" << true << 1L << true;
+    }
+    void conversionKeepsOldValueOnFailure()
+    {
+        QFETCH(QString, stored);
+        QFETCH(bool, converts);
+        QFETCH(long, asLong);
+        QFETCH(bool, asBool);
+        SettingsStore store(freshPath());
+        store.write(QStringLiteral("General"), QStringLiteral("Value"), stored);
+        long number = 77;
+        QCOMPARE(store.readInto(QStringLiteral("General"), QStringLiteral("Value"), QStringLiteral("5"), number),
+                 converts);
+        QCOMPARE(number, asLong);
+        bool flag = true;
+        store.readInto(QStringLiteral("General"), QStringLiteral("Value"), QString(), flag);
+        QCOMPARE(flag, asBool);
+    }
+
+    void badOptionStaysZero()
+    {
+        SettingsStore store(freshPath());
+        store.write(QStringLiteral("General"), QStringLiteral("Options_3"), QStringLiteral("abc"));
+        store.write(QStringLiteral("General"), QStringLiteral("Options_9"), QStringLiteral("1"));
+        AppGlobals globals;
+        StartUp::ReadGlobals(store, globals);
+        QCOMPARE(globals.Options[3], 0L);
+        QCOMPARE(globals.Options[9], 1L);
+    }
+
+    void booleansAreWrittenAsWords()
+    {
+        const QString path = freshPath();
+        SettingsStore store(path);
+        store.writeBool(QStringLiteral("Settings"), QStringLiteral("DoLeft"), true);
+        store.writeBool(QStringLiteral("Settings"), QStringLiteral("DoRight"), false);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        QVERIFY(text.contains("DoLeft=True"));
+        QVERIFY(text.contains("DoRight=False"));
+    }
+
+    void damagedFileStartsWithDefaultsAndKeepsWorking_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("unclosed section") << QByteArray("[General\nOptions_3=0\n");
+        QTest::newRow("binary junk") << QByteArray("\x00\xff\xfe[\x01\x02=\n\xc3(", 11);
+        QTest::newRow("huge line") << QByteArray(1 << 20, 'x');
+    }
+    void damagedFileStartsWithDefaultsAndKeepsWorking()
+    {
+        QFETCH(QByteArray, content);
+        const QString path = freshPath();
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
+        }
+        {
+            SettingsStore store(path);
+            AppGlobals globals;
+            StartUp::ReadGlobals(store, globals);
+            QCOMPARE(globals.Options[3], 1L);
+            store.write(QStringLiteral("General"), QStringLiteral("WindowState"), 2);
+        }
+        SettingsStore again(path);
+        QCOMPARE(again.read(QStringLiteral("General"), QStringLiteral("Windowstate")), QStringLiteral("2"));
+    }
+
+    void unwritableFileKeepsValuesInMemory()
+    {
+        // A regular file where the settings folder should be: nothing can be written there.
+        const QString blocker = property("worldPath").toString() + QStringLiteral("/blocker");
+        QFile file(blocker);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        SettingsStore store(blocker + QStringLiteral("/Lumbra/Lumbra.ini"));
+        store.write(QStringLiteral("General"), QStringLiteral("MyColor"), 255);
+        QCOMPARE(store.read(QStringLiteral("General"), QStringLiteral("MyColor")), QStringLiteral("255"));
+        QVERIFY(!store.persisted());
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_SettingsStore)
+#include "tst_settingsstore.moc"

@@ -1,0 +1,174 @@
+#include "TestWorld.h"
+
+#include "common/Formats.h"
+#include "common/Utilities.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QTimer>
+
+class tst_Utilities : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+
+    void sizeText_data()
+    {
+        QTest::addColumn<qint64>("bytes");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("empty file") << qint64(0) << "0 Bytes";
+        QTest::newRow("largest byte count") << qint64(999) << "999 Bytes";
+        QTest::newRow("first kilobyte") << qint64(1000) << "1 KB";
+        QTest::newRow("1.5 KB rounds to even 2") << qint64(1500) << "2 KB";
+        QTest::newRow("2.5 KB rounds to even 2") << qint64(2500) << "2 KB";
+        QTest::newRow("1000.5 KB rounds to even 1,000") << qint64(1000500) << "1,000 KB";
+        QTest::newRow("just past a thousand KB") << qint64(1000501) << "1 MB";
+        QTest::newRow("2.6 MB rounds up") << qint64(2600000) << "3 MB";
+        QTest::newRow("thousands of MB grouped") << qint64(1234567890) << "1,235 MB";
+    }
+    void sizeText()
+    {
+        QFETCH(qint64, bytes);
+        QFETCH(QString, expected);
+        // A sparse file of the given length: the size text reads it from the disk.
+        QFile file(property("worldPath").toString() + QStringLiteral("/sized.bin"));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QVERIFY(file.resize(bytes));
+        file.close();
+        QCOMPARE(Utilities::FileSizeText(file.fileName()).value_or(QStringLiteral("<none>")), expected);
+    }
+
+    void sizeTextOfMissingFile()
+    {
+        QVERIFY(!Utilities::FileSizeText(property("worldPath").toString() + QStringLiteral("/gone.jpg")));
+    }
+
+    void paths_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("joined");
+        QTest::addColumn<QString>("fileName");
+        QTest::newRow("root keeps one separator") << "/" << "a.jpg" << "/a.jpg" << "a.jpg";
+        QTest::newRow("folder gains a separator") << "/home/pics" << "a.jpg" << "/home/pics/a.jpg" << "a.jpg";
+        QTest::newRow("folder ending with separator") << "/home/pics/" << "b.png" << "/home/pics/b.png" << "b.png";
+        QTest::newRow("empty folder") << "" << "c.gif" << "c.gif" << "c.gif";
+    }
+    void paths()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, name);
+        QFETCH(QString, joined);
+        QFETCH(QString, fileName);
+        QCOMPARE(Utilities::JoinPath(folder, name), joined);
+        QCOMPARE(Utilities::FileNameOf(joined), fileName);
+        QCOMPARE(Utilities::FileNameOf(QStringLiteral("bare.jpg")), QStringLiteral("bare.jpg"));
+        QCOMPARE(Utilities::FileNameOf(QStringLiteral("/pics/")), QString());
+    }
+
+    void roundUp_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("whole stays") << 3.0 << 3;
+        QTest::newRow("fraction goes up") << 3.01 << 4;
+        QTest::newRow("negative fraction goes toward zero") << -2.5 << -2;
+    }
+    void roundUp()
+    {
+        QFETCH(double, value);
+        QFETCH(int, expected);
+        QCOMPARE(Utilities::RoundUp(value), expected);
+    }
+
+    void conversions_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("asLong");
+        QTest::addColumn<QString>("asBool");
+        QTest::newRow("number") << "42" << "42" << "True";
+        QTest::newRow("blanks around") << "  7 " << "7" << "True";
+        QTest::newRow("decimal half rounds to even") << "2.5" << "2" << "True";
+        QTest::newRow("decimal half rounds up to even") << "3.5" << "4" << "True";
+        QTest::newRow("minus one is true") << "-1" << "-1" << "True";
+        QTest::newRow("zero is false") << "0" << "0" << "False";
+        QTest::newRow("True in any case") << "tRUE" << "fail" << "True";
+        QTest::newRow("False") << "False" << "fail" << "False";
+        QTest::newRow("letters fail") << "abc" << "fail" << "fail";
+        QTest::newRow("empty fails") << "" << "fail" << "fail";
+    }
+    void conversions()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, asLong);
+        QFETCH(QString, asBool);
+        const auto number = Formats::toLong(text);
+        QCOMPARE(number ? QString::number(*number) : QStringLiteral("fail"), asLong);
+        const auto flag = Formats::toBool(text);
+        QCOMPARE(flag ? Formats::fromBool(*flag) : QStringLiteral("fail"), asBool);
+    }
+
+    void formats()
+    {
+        QCOMPARE(Formats::thousands(0), QStringLiteral("0"));
+        QCOMPARE(Formats::thousands(1234567), QStringLiteral("1,234,567"));
+        QCOMPARE(Formats::thousandsNoZero(0), QString());
+        QCOMPARE(Formats::nineDigits(1500), QStringLiteral("000001500"));
+        QCOMPARE(Formats::mmddyyyy(QDate(2026, 3, 7)), QStringLiteral("03072026"));
+        QCOMPARE(Formats::bankersRound(0.5), qint64(0));
+        QCOMPARE(Formats::bankersRound(1.5), qint64(2));
+        QCOMPARE(Formats::bgrFromColor(Formats::colorFromBgr(12648384)), qint64(12648384));
+        QCOMPARE(Formats::colorFromBgr(12648384), QColor(192, 255, 192));
+        QCOMPARE(Formats::twipsToPixels(Formats::pixelsToTwips(420)), 420);
+    }
+
+    void specialFolders()
+    {
+        const QString pictures = Utilities::SpecialFolderPath(Utilities::Pictures);
+        QVERIFY(pictures.endsWith(u'/'));
+        QCOMPARE(Utilities::SpecialFolderName(pictures), QStringLiteral("My Pictures"));
+        QCOMPARE(Utilities::SpecialFolderName(pictures.chopped(1)), QStringLiteral("My Pictures"));
+        QCOMPARE(Utilities::SpecialFolderName(Utilities::SpecialFolderPath(Utilities::Desktop)),
+                 QStringLiteral("Desktop"));
+        QCOMPARE(Utilities::SpecialFolderName(Utilities::SpecialFolderPath(Utilities::Documents)),
+                 QStringLiteral("My Documents"));
+        QCOMPARE(Utilities::SpecialFolderName(QStringLiteral("/srv/photos/my pictures/")),
+                 QStringLiteral("My Pictures"));
+        QCOMPARE(Utilities::SpecialFolderName(QStringLiteral("/srv/photos")), QStringLiteral("/srv/photos"));
+    }
+
+    void programFolderFollowsLumbraHome()
+    {
+        const QString home = property("worldPath").toString() + QStringLiteral("/home");
+        QCOMPARE(Utilities::ProgramFolder(), home);
+        qputenv("LUMBRA_HOME", QFile::encodeName(home + QStringLiteral("/nested/deeper")));
+        QCOMPARE(Utilities::ProgramFolder(), home + QStringLiteral("/nested/deeper"));
+        QVERIFY(QFileInfo(home + QStringLiteral("/nested/deeper")).isDir());
+        qputenv("LUMBRA_HOME", QFile::encodeName(home));
+    }
+
+    void pauseKeepsEventsFlowing()
+    {
+        bool fired = false;
+        QTimer::singleShot(10, this, [&] { fired = true; });
+        int amount = 60;
+        QElapsedTimer clock;
+        clock.start();
+        Utilities::Pause(amount, true);
+        QVERIFY(fired);
+        QVERIFY(clock.elapsed() >= 60);
+        int seconds = 0;
+        Utilities::Pause(seconds, false);
+        QCOMPARE(seconds, 0);
+        int one = 1;
+        // Seconds are handed back as milliseconds.
+        QTimer::singleShot(0, this, [] {});
+        Utilities::Pause(one, false);
+        QCOMPARE(one, 1000);
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_Utilities)
+#include "tst_utilities.moc"
