@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QTest>
 
 // Every test process runs in a world of its own: the per-user folders and the program folder

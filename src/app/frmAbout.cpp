@@ -1,0 +1,77 @@
+#include "app/frmAbout.h"
+
+#include "common/AppGlobals.h"
+#include "common/Formats.h"
+#include "common/Utilities.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QVBoxLayout>
+
+frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
+{
+    setWindowTitle(tr("About Lumbra"));
+    // Also shown from the tray menu while the main window is hidden.
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    // The icon stands on the user's accent colour, as the splash window does.
+    auto* band = new QFrame(this);
+    QPalette bandColours = band->palette();
+    bandColours.setColor(QPalette::Window, Formats::colorFromBgr(Globals().MyColor));
+    band->setPalette(bandColours);
+    band->setAutoFillBackground(true);
+    auto* icon = new QLabel(band);
+    icon->setPixmap(QIcon(QStringLiteral(":/icons/lumbra.svg")).pixmap(80, 80));
+    auto* bandLayout = new QVBoxLayout(band);
+    bandLayout->setContentsMargins(18, 18, 18, 18);
+    bandLayout->addWidget(icon);
+    bandLayout->addStretch();
+
+    auto* name = new QLabel(QStringLiteral("Lumbra"), this);
+    QFont nameFont = name->font();
+    nameFont.setPointSizeF(nameFont.pointSizeF() * 2);
+    nameFont.setBold(true);
+    name->setFont(nameFont);
+
+    auto* description = new QLabel(
+        tr("A picture organiser for your desktop. Browse folders of pictures as thumbnails or as "
+           "a list with a preview, view them in a window or full screen, play slide shows, put a "
+           "picture on your desktop and take screenshots."),
+        this);
+    description->setWordWrap(true);
+
+    auto* facts = new QFormLayout;
+    facts->setHorizontalSpacing(12);
+    facts->addRow(tr("Version:"), new QLabel(QStringLiteral(LUMBRA_VERSION), this));
+    facts->addRow(tr("Qt:"), new QLabel(QString::fromLatin1(qVersion()), this));
+    facts->addRow(tr("System:"), new QLabel(Utilities::WindowsVersionName(true), this));
+    for (int row = 0; row < facts->rowCount(); ++row) {
+        if (auto* value =
+                qobject_cast<QLabel*>(facts->itemAt(row, QFormLayout::FieldRole)->widget()))
+            value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+
+    auto* text = new QVBoxLayout;
+    text->setContentsMargins(20, 18, 20, 14);
+    text->addWidget(name);
+    text->addWidget(description);
+    text->addSpacing(8);
+    text->addLayout(facts);
+    text->addStretch();
+    text->addWidget(buttons);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(band);
+    layout->addLayout(text, 1);
+
+    setMinimumWidth(460);
+}

@@ -1,0 +1,810 @@
+#include "app/mdiMain.h"
+
+#include "app/ChildOps.h"
+#include "app/MainMenus.h"
+#include "app/MdiArrange.h"
+#include "app/MenuTable.h"
+#include "app/SettingsStore.h"
+#include "app/WindowBalloon.h"
+#include "app/frmAbout.h"
+#include "app/frmGoodbye.h"
+#include "app/frmHelp.h"
+#include "app/frmSplash.h"
+#include "app/frmSysTray.h"
+#include "browser/frmMyImages.h"
+#include "browser/frmSlideshow.h"
+#include "common/AppGlobals.h"
+#include "common/Formats.h"
+#include "common/Utilities.h"
+#include "controls/ucSideBar.h"
+#include "gallery/frmThumbnails.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRandomGenerator>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+
+SettingsStore& settings()
+{
+    return SettingsStore::global();
+}
+
+const QString HintText = QStringLiteral(
+    "Lumbra's toolbars are fully customizable dock them on the left to \r"
+    " right, to or bottom, or click the toggle button in upper corner to hide \r"
+    "or show the control.  Try it - its easy!");
+
+const QString GreetingText = QStringLiteral(
+    "You can easily access Lumbra by clicking its icon here in the taskbar tray.  "
+    "If you like, you can change this feature in Options.  Have fun!");
+
+} // namespace
+
+mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
+{
+    setObjectName(Section);
+    setWindowTitle(QStringLiteral("Lumbra"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/lumbra.svg")));
+    resize(1024, 720);
+
+    m_area = new QMdiArea(this);
+    m_area->setObjectName(QStringLiteral("mdiArea"));
+    m_area->setBackground(QColor(0x80, 0x80, 0x80));
+    setCentralWidget(m_area);
+    connect(m_area, &QMdiArea::subWindowActivated, this, [this] { tmrMain[2].start(); });
+
+    m_menus = new MainMenus(this);
+    m_menus->FillMenuBar(menuBar());
+    connect(m_menus, &MainMenus::Clicked, this, &mdiMain::OnMenuClicked);
+
+    CreateToolbar();
+    m_statusText = new QLabel(this);
+    statusBar()->addWidget(m_statusText, 1);
+
+    m_tray = new frmSysTray(m_menus->Menu(QStringLiteral("mnuSys")), this);
+    connect(m_tray, &frmSysTray::RestoreRequested, this, &mdiMain::ShowMain);
+    m_balloon = new WindowBalloon(this);
+    connect(m_tray, &frmSysTray::BalloonUnshown, m_balloon, [this](const QString& title, const QString& text) {
+        m_balloon->ShowMessage(title, text);
+    });
+
+    CreateSideBar();
+
+    const int intervals[] = {65000, 2100, 100, 150, 2000};
+    for (int i = 0; i < int(tmrMain.size()); ++i) {
+        tmrMain[i].setInterval(intervals[i]);
+        connect(&tmrMain[i], &QTimer::timeout, this, [this, i] { tmrMain_Timer(i); });
+    }
+
+    // Entries that only make sense on the desktop the program was first written for.
+    m_menus->Action(QStringLiteral("mnuStuff"), 4)->setVisible(false);
+    m_menus->Action(QStringLiteral("mnuImageOptions_SetAs"), 1)->setVisible(false);
+    m_menus->Action(QStringLiteral("mnuHelp"), 11)->setVisible(!QStringLiteral(LUMBRA_SUPPORT_EMAIL).isEmpty());
+
+    auto* windows = m_menus->Menu(QStringLiteral("mnuWindow"));
+    connect(windows, &QMenu::aboutToShow, this, [this, windows] {
+        // The open child windows follow the arrangement entries, as in any document frame.
+        for (QAction* action : windows->actions())
+            if (action->property("childWindow").isValid())
+                delete action;
+        const auto list = m_area->subWindowList();
+        if (!list.isEmpty())
+            windows->addSeparator()->setProperty("childWindow", true);
+        int number = 1;
+        for (QMdiSubWindow* sub : list) {
+            QAction* action = windows->addAction(QStringLiteral("&%1 %2").arg(number++).arg(sub->windowTitle()));
+            action->setProperty("childWindow", true);
+            action->setCheckable(true);
+            action->setChecked(sub == m_area->activeSubWindow());
+            connect(action, &QAction::triggered, this, [this, sub] { m_area->setActiveSubWindow(sub); });
+        }
+    });
+    UpdateCommandStates();
+}
+
+mdiMain::~mdiMain()
+{
+    // Child windows announce activation changes while the frame tears them down; by then our
+    // own members are gone, so stop listening first.
+    m_area->disconnect(this);
+    for (QTimer& timer : tmrMain)
+        timer.stop();
+}
+
+void mdiMain::CreateToolbar()
+{
+    m_toolbar = addToolBar(QStringLiteral("tlbMain"));
+    m_toolbar->setObjectName(QStringLiteral("tlbMain"));
+    m_toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_toolbar->setIconSize(QSize(24, 24));
+    for (const MenuTable::ToolButton& button : MenuTable::ToolbarButtons()) {
+        QAction* action = nullptr;
+        if (button.text == QLatin1String("-")) {
+            action = m_toolbar->addSeparator();
+        } else {
+            action = m_toolbar->addAction(QIcon(MenuTable::IconResource(button.iconKey)), button.text);
+            action->setToolTip(button.toolTip);
+            connect(action, &QAction::triggered, this, [this, index = button.index] { tlbMain_ButtonClick(index); });
+        }
+        action->setObjectName(QStringLiteral("tlbMain(%1)").arg(button.index));
+        action->setData(button.index);
+        if (button.index == 12)
+            action->setMenu(m_menus->Menu(QStringLiteral("mnuTools")));
+    }
+    if (auto* tools = qobject_cast<QToolButton*>(m_toolbar->widgetForAction(m_toolbar->findChild<QAction*>(QStringLiteral("tlbMain(12)")))))
+        tools->setPopupMode(QToolButton::InstantPopup);
+}
+
+void mdiMain::CreateSideBar()
+{
+    auto* bar = new ucSideBar(0, Section, this);
+    auto* panel = new QWidget(bar);
+    auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, panel);
+    layout->setContentsMargins(4, 4, 4, 4);
+    const struct
+    {
+        QString text;
+        QString icon;
+        int button;
+    } items[] = {
+        {QStringLiteral("My Images"), QStringLiteral("My Images"), MenuTable::MyImagesButton},
+        {QStringLiteral("Thumbnails"), QStringLiteral("Thumbs"), MenuTable::ThumbnailsButton},
+        {QStringLiteral("Slide Show"), QStringLiteral("Slideshow"), MenuTable::SlideshowButton},
+        {QStringLiteral("Screenshot!"), QStringLiteral("Screenshot"), 13},
+        {QStringLiteral("Wallpaper"), QStringLiteral("Wallpaper"), 14},
+        {QStringLiteral("Help"), QStringLiteral("Help"), 17},
+    };
+    for (const auto& item : items) {
+        auto* button = new QToolButton(panel);
+        button->setText(item.text);
+        button->setIcon(QIcon(MenuTable::IconResource(item.icon)));
+        button->setIconSize(QSize(32, 32));
+        button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        button->setAutoRaise(true);
+        button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        connect(button, &QToolButton::clicked, this, [this, index = item.button] { tlbMain_ButtonClick(index); });
+        layout->addWidget(button);
+    }
+    layout->addStretch(1);
+    connect(bar, &ucSideBar::Docked, panel, [layout](int side) {
+        const bool across = side == 1 || side == 2;
+        layout->setDirection(across ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    });
+    bar->setContentWidget(panel);
+    m_sideBars[0] = bar;
+}
+
+ucSideBar* mdiMain::SideBar(int index) const
+{
+    return index >= 0 && index < int(m_sideBars.size()) ? m_sideBars[size_t(index)] : nullptr;
+}
+
+void mdiMain::Load()
+{
+    const AppGlobals& globals = Globals();
+    m_startingUp = true;
+
+    for (const MenuTable::Picture& picture : MenuTable::Pictures())
+        if (QAction* action = m_menus->Action(picture.array, picture.index))
+            action->setIcon(QIcon(MenuTable::IconResource(picture.key)));
+
+    if (!globals.option(4)) {
+        m_sideBars[0]->hide();
+    } else {
+        int align = 3;
+        settings().readInto(Section, QStringLiteral("SideBar_Align"), QStringLiteral("3"), align);
+        m_sideBars[0]->Dock(align);
+    }
+
+    statusBar()->setVisible(globals.option(11));
+
+    int style = 2;
+    settings().readInto(Section, QStringLiteral("Wallpaper_Style"), QStringLiteral("2"), style);
+    ApplyWallpaperTicks(style);
+
+    m_recent.Load(settings(), Section);
+    RebuildRecentMenu();
+
+    settings().readInto(QStringLiteral("General"), QStringLiteral("MinToTray_Minutes"), QStringLiteral("10"),
+                        m_minToTrayMinutes);
+
+    static const QString greetings[] = {QStringLiteral("Howdy"), QStringLiteral("Welcome"),
+                                        QStringLiteral("Hi there"), QStringLiteral("Greetings"),
+                                        QStringLiteral("Hola")};
+    const int pick = int(5 * QRandomGenerator::global()->generateDouble() + 1);
+    m_greeting = greetings[pick - 1];
+
+    m_tray->SetIconVisible(globals.option(1));
+    m_tray->ShowBalloon(QStringLiteral("Lumbra\u00A9  -  ") + m_greeting + u'!', GreetingText);
+
+    for (int i = 0; i < 3; ++i)
+        m_sideBars[0]->setHint(QStringLiteral("Helpful Hints"), HintText);
+
+    // The menu appearance chosen in the options stays chosen from one run to the next.
+    int view = 0;
+    if (settings().readInto(QStringLiteral("General"), QStringLiteral("MainMenu_View"), QString(), view))
+        MainMenu_View(view);
+
+    tmrMain[0].start();
+    if (globals.option(10))
+        QTimer::singleShot(0, this, &mdiMain::SendToTray);
+}
+
+void mdiMain::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    if (!isMinimized() && !m_hiddenToTray) {
+        settings().write(Section, QStringLiteral("Dimensions0"), Formats::pixelsToTwips(width()));
+        settings().write(Section, QStringLiteral("Dimensions1"), Formats::pixelsToTwips(height()));
+    }
+    if (m_startingUp)
+        tmrMain[3].start();
+}
+
+void mdiMain::tmrMain_Timer(int index)
+{
+    if (index != 0)
+        tmrMain[size_t(index)].stop();
+    switch (index) {
+    case 0:
+        if (m_idleTicks != m_minToTrayMinutes)
+            ++m_idleTicks;
+        else if (Globals().option(0))
+            SendToTray();
+        break;
+    case 2:
+        UpdateCommandStates();
+        break;
+    case 3:
+        DeferredStartUp();
+        break;
+    case 4:
+        ShowTipOfTheDay();
+        break;
+    default:
+        break;
+    }
+}
+
+void mdiMain::DeferredStartUp()
+{
+    tmrMain[3].stop();
+    const AppGlobals& globals = Globals();
+    if (globals.option(9)) {
+        int lastUsed = 1;
+        settings().readInto(Section, QStringLiteral("Last Used"), QStringLiteral("1"), lastUsed);
+        if (lastUsed > 0)
+            tlbMain_ButtonClick(lastUsed);
+    }
+    if (globals.option(5))
+        Utilities::SetAlwaysOnTop(this, true);
+    if (globals.option(6))
+        ShowTipOfTheDay();
+    m_startingUp = false;
+}
+
+void mdiMain::ShowTipOfTheDay()
+{
+    Q_EMIT TipWindowRequested();
+}
+
+QWidget* mdiMain::OpenChild(int toolbarIndex)
+{
+    QCoreApplication::processEvents();
+    m_idleTicks = 0;
+
+    const char* name = nullptr;
+    switch (toolbarIndex) {
+    case MenuTable::MyImagesButton:
+        name = "frmMyImages";
+        break;
+    case MenuTable::ThumbnailsButton:
+        name = "frmThumbnails";
+        break;
+    case MenuTable::SlideshowButton:
+        name = "frmSlideshow";
+        break;
+    default:
+        return nullptr;
+    }
+
+    QMdiSubWindow* found = nullptr;
+    for (QMdiSubWindow* sub : m_area->subWindowList())
+        if (sub->widget() && sub->widget()->objectName() == QLatin1String(name))
+            found = sub;
+    if (!found) {
+        QWidget* child = nullptr;
+        if (toolbarIndex == MenuTable::MyImagesButton)
+            child = new frmMyImages;
+        else if (toolbarIndex == MenuTable::ThumbnailsButton)
+            child = new frmThumbnails;
+        else
+            child = new frmSlideshow;
+        child->setAttribute(Qt::WA_DeleteOnClose);
+        found = m_area->addSubWindow(child);
+        found->setWindowIcon(windowIcon());
+        found->resize(qMax(child->minimumWidth(), m_area->width() * 3 / 4), m_area->height() * 3 / 4);
+    }
+    found->show();
+    found->widget()->show();
+    m_area->setActiveSubWindow(found);
+    SetStatusText(QStringLiteral("Ready"));
+    return found->widget();
+}
+
+void mdiMain::SetStatusText(const QString& text)
+{
+    m_statusText->setText(text);
+}
+
+QWidget* mdiMain::ActiveChild() const
+{
+    QMdiSubWindow* sub = m_area->activeSubWindow();
+    if (!sub && !m_area->subWindowList().isEmpty())
+        sub = m_area->currentSubWindow();
+    return sub ? sub->widget() : nullptr;
+}
+
+bool mdiMain::CallChild(const char* operation)
+{
+    return ChildOps::Call(ActiveChild(), operation);
+}
+
+void mdiMain::setMyEnabled(QObject* object)
+{
+    m_myEnabled = object;
+    UpdateCommandStates();
+}
+
+void mdiMain::UpdateCommandStates()
+{
+    // Commands aimed at a child window need one; a dialog may hand over an object whose
+    // enabled state the commands follow while it is open.
+    const auto* follow = qobject_cast<QWidget*>(m_myEnabled.data());
+    const bool child = ActiveChild() != nullptr && (!follow || follow->isEnabled());
+    const struct
+    {
+        const char* array;
+        std::initializer_list<int> entries;
+    } needChild[] = {
+        {"mnuFile", {2, 3}},
+        {"mnuEdit", {3, 4, 5}},
+        {"mnuView_Controls", {1, 2, 3}},
+        {"mnuWindow", {0, 1, 2, 4}},
+    };
+    for (const auto& group : needChild)
+        for (int index : group.entries)
+            if (QAction* action = m_menus->Action(QLatin1String(group.array), index))
+                action->setEnabled(child);
+    for (int index : {7, 8, 9})
+        if (auto* action = m_toolbar->findChild<QAction*>(QStringLiteral("tlbMain(%1)").arg(index)))
+            action->setEnabled(child);
+}
+
+void mdiMain::ApplyWallpaperTicks(int style)
+{
+    for (int i = 3; i <= 5; ++i) {
+        QAction* action = m_menus->Action(QStringLiteral("mnuWallpaper"), i);
+        action->setCheckable(true);
+        action->setChecked(i == style);
+    }
+}
+
+void mdiMain::ProposeRecent(const QString& path)
+{
+    m_recent.Propose(path);
+    RebuildRecentMenu();
+}
+
+void mdiMain::RebuildRecentMenu()
+{
+    if (!m_startingUp)
+        m_recent.Save(settings(), Section);
+    for (int i = 0; i < RecentList::Capacity; ++i) {
+        QAction* action = m_menus->Action(QStringLiteral("mnuFile"), 13 + i);
+        const QString item = m_recent.Item(i);
+        action->setVisible(!item.isEmpty());
+        action->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(Utilities::FileNameOf(item)));
+        action->setToolTip(item);
+    }
+    // The caption above the entries only shows when there is something under it.
+    m_menus->Action(QStringLiteral("mnuFile"), 12)->setVisible(!m_recent.Item(0).isEmpty());
+}
+
+void mdiMain::MainMenu_View(int view)
+{
+    menuBar()->setVisible(view != 2);
+    m_toolbar->setVisible(view != 1);
+}
+
+void mdiMain::SendToTray()
+{
+    m_idleTicks = 0;
+    tmrMain[0].stop();
+    showMinimized();
+    // Hide only where the tray icon really is, or the window could not be found again.
+    if (m_tray->CanHideToTray())
+        hide();
+}
+
+void mdiMain::ShowMain()
+{
+    m_hiddenToTray = false;
+    showNormal();
+    raise();
+    activateWindow();
+    m_idleTicks = 0;
+    tmrMain[0].start();
+}
+
+void mdiMain::closeEvent(QCloseEvent* event)
+{
+    if (m_unloading) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+    if (isMinimized()) {
+        Shutdown();
+        return;
+    }
+    if (!isMaximized()) {
+        m_width = width();
+        m_height = height();
+    } else {
+        showNormal();
+    }
+    m_hiddenToTray = true;
+    SendToTray();
+}
+
+void mdiMain::Shutdown()
+{
+    if (m_unloading)
+        return;
+    m_unloading = true;
+    const int state = Utilities::WindowStateNumber(this);
+    hide();
+    frmGoodbye::ShowBriefly();
+    // Child windows keep their own settings as they close.
+    m_area->closeAllSubWindows();
+    Globals().WindowState = state;
+    settings().write(QStringLiteral("General"), QStringLiteral("WindowState"), qint64(state));
+    for (QTimer& timer : tmrMain)
+        timer.stop();
+    m_tray->SetIconVisible(false);
+    close();
+    Q_EMIT Unloaded();
+}
+
+void mdiMain::OnMenuClicked(const QString& array, int index)
+{
+    using Handler = void (mdiMain::*)(int);
+    static const QHash<QString, Handler> handlers = {
+        {QStringLiteral("mnuFile"), &mdiMain::mnuFile_Click},
+        {QStringLiteral("mnuEdit"), &mdiMain::mnuEdit_Click},
+        {QStringLiteral("mnuView_Controls"), &mdiMain::mnuView_Controls_Click},
+        {QStringLiteral("mnuTools"), &mdiMain::mnuTools_Click},
+        {QStringLiteral("mnuStuff"), &mdiMain::mnuStuff_Click},
+        {QStringLiteral("mnuWallpaper"), &mdiMain::mnuWallpaper_Click},
+        {QStringLiteral("mnuWindow"), &mdiMain::mnuWindow_Click},
+        {QStringLiteral("mnuHelp"), &mdiMain::mnuHelp_Click},
+        {QStringLiteral("mnuSys"), &mdiMain::mnuSys_Click},
+        {QStringLiteral("mnuPopup_ImageOptions"), &mdiMain::mnuPopup_ImageOptions_Click},
+        {QStringLiteral("mnuSort_By"), &mdiMain::mnuSort_By_Click},
+        {QStringLiteral("mnuImageOptions_SetAs"), &mdiMain::mnuImageOptions_SetAs_Click},
+        {QStringLiteral("mnuImgPreview_Options"), &mdiMain::mnuImgPreview_Options_Click},
+        {QStringLiteral("mnuAlbums"), &mdiMain::mnuAlbums_Click},
+    };
+    if (const Handler handler = handlers.value(array))
+        (this->*handler)(index);
+}
+
+void mdiMain::RefreshChild()
+{
+    QWidget* child = ActiveChild();
+    if (!ChildOps::Call(child, "RefreshMe", false))
+        ChildOps::Call(child, "RefreshMe");
+}
+
+void mdiMain::Arrange(int arrangement)
+{
+    QList<QMdiSubWindow*> normal;
+    QList<QMdiSubWindow*> minimised;
+    for (QMdiSubWindow* sub : m_area->subWindowList())
+        (sub->isMinimized() ? minimised : normal).append(sub);
+
+    switch (arrangement) {
+    case 0:
+        m_area->cascadeSubWindows();
+        break;
+    case 1:
+    case 2: {
+        const QList<QRect> cells = MdiArrange::Tile(m_area->viewport()->rect(), int(normal.size()),
+                                                    arrangement == 1 ? Qt::Horizontal : Qt::Vertical);
+        for (qsizetype i = 0; i < normal.size(); ++i) {
+            normal[i]->showNormal();
+            normal[i]->setGeometry(cells[i]);
+        }
+        break;
+    }
+    case 3: {
+        const QSize icon = minimised.isEmpty() ? QSize() : minimised.first()->size();
+        const QList<QPoint> places = MdiArrange::IconPlaces(m_area->viewport()->rect(), icon, int(minimised.size()));
+        for (qsizetype i = 0; i < minimised.size(); ++i)
+            minimised[i]->move(places[i]);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void mdiMain::tlbMain_ButtonClick(int index)
+{
+    switch (index) {
+    case MenuTable::MyImagesButton:
+    case MenuTable::ThumbnailsButton:
+    case MenuTable::SlideshowButton:
+        OpenChild(index);
+        settings().write(Section, QStringLiteral("Last Used"), index);
+        break;
+    case 6:
+        mnuFile_Click(1);
+        break;
+    case 7:
+        mnuFile_Click(2);
+        break;
+    case 8:
+        CallChild("DeleteItems");
+        break;
+    case 9:
+        RefreshChild();
+        break;
+    case 11:
+        mnuFile_Click(9);
+        break;
+    case 12:
+        if (auto* action = m_toolbar->findChild<QAction*>(QStringLiteral("tlbMain(12)")))
+            if (QWidget* button = m_toolbar->widgetForAction(action))
+                m_menus->Menu(QStringLiteral("mnuTools"))->popup(button->mapToGlobal(QPoint(0, button->height())));
+        break;
+    case 13:
+        mnuStuff_Click(1);
+        break;
+    case 14:
+        mnuWallpaper_Click(1);
+        break;
+    case 15:
+        mnuView_Controls_Click(5);
+        break;
+    case 17:
+        mnuHelp_Click(1);
+        break;
+    default:
+        break;
+    }
+}
+
+void mdiMain::mnuFile_Click(int index)
+{
+    switch (index) {
+    case 2:
+        m_area->closeActiveSubWindow();
+        break;
+    case 3:
+        m_area->closeAllSubWindows();
+        break;
+    case 13:
+    case 14:
+    case 15:
+    case 16:
+    case 17:
+        if (const QString path = m_recent.Item(index - 13); !path.isEmpty())
+            Q_EMIT OpenPictureRequested(path);
+        break;
+    case 19:
+        Shutdown();
+        break;
+    default:
+        if (!MainMenus::IsTitle(QStringLiteral("mnuFile"), index))
+            Q_EMIT CommandRequested(QStringLiteral("mnuFile"), index);
+        break;
+    }
+}
+
+void mdiMain::mnuEdit_Click(int index)
+{
+    switch (index) {
+    case 3:
+    case 4:
+        ChildOps::Call(ActiveChild(), "CutCopy", index == 3);
+        break;
+    case 5:
+        CallChild("PasteImages");
+        break;
+    default:
+        Q_EMIT CommandRequested(QStringLiteral("mnuEdit"), index);
+        break;
+    }
+}
+
+void mdiMain::mnuView_Controls_Click(int index)
+{
+    if (index >= 1 && index <= 3) {
+        QWidget* child = ActiveChild();
+        QAction* action = m_menus->Action(QStringLiteral("mnuView_Controls"), index);
+        if (!child || !action)
+            return;
+        // The entry shows the bar's state for the child; a click turns it over.
+        const bool visible = !child->property(QStringLiteral("View_%1").arg(index).toLatin1()).toBool();
+        child->setProperty(QStringLiteral("View_%1").arg(index).toLatin1(), visible);
+        action->setCheckable(true);
+        action->setChecked(visible);
+        ChildOps::Call(child, "ShowBar", index, visible);
+        settings().writeBool(child->objectName(), QStringLiteral("View_%1").arg(index), visible);
+        return;
+    }
+    if (index == 5)
+        Q_EMIT CommandRequested(QStringLiteral("mnuView_Controls"), index);
+}
+
+void mdiMain::mnuTools_Click(int index)
+{
+    switch (index) {
+    case 1:
+    case 3:
+    case 5:
+        tlbMain_ButtonClick(index - 1);
+        break;
+    case 7:
+    case 9:
+        Q_EMIT CommandRequested(QStringLiteral("mnuTools"), index);
+        break;
+    default:
+        break;
+    }
+}
+
+void mdiMain::mnuStuff_Click(int index)
+{
+    if (index == 1 || index == 5)
+        Q_EMIT CommandRequested(QStringLiteral("mnuStuff"), index);
+}
+
+void mdiMain::mnuWallpaper_Click(int index)
+{
+    if (index >= 2) {
+        ApplyWallpaperTicks(index);
+        settings().write(Section, QStringLiteral("Wallpaper_Style"), index);
+    } else if (index == 1) {
+        Q_EMIT CommandRequested(QStringLiteral("mnuWallpaper"), index);
+    }
+}
+
+void mdiMain::mnuWindow_Click(int index)
+{
+    Arrange(MenuTable::WindowArrangement(index));
+}
+
+void mdiMain::mnuHelp_Click(int index)
+{
+    switch (index) {
+    case 1:
+    case 10: {
+        if (!m_help)
+            m_help = new frmHelp(this);
+        auto* help = static_cast<frmHelp*>(m_help.data());
+        help->ShowTopic(index == 10 ? QStringLiteral("about") : QString());
+        help->show();
+        help->raise();
+        break;
+    }
+    case 2:
+        ShowTipOfTheDay();
+        break;
+    case 7:
+        if (!m_about) {
+            m_about = new frmAbout(this);
+            m_about->setAttribute(Qt::WA_DeleteOnClose);
+        }
+        m_about->show();
+        m_about->raise();
+        break;
+    case 8:
+        (new frmSplash(false))->Start();
+        break;
+    case 11:
+        QDesktopServices::openUrl(QUrl(QStringLiteral("mailto:") + QStringLiteral(LUMBRA_SUPPORT_EMAIL)));
+        break;
+    default:
+        break;
+    }
+}
+
+void mdiMain::mnuSys_Click(int index)
+{
+    switch (index) {
+    case 1:
+        ShowMain();
+        break;
+    case 2:
+        Q_EMIT CommandRequested(QStringLiteral("mnuSys"), index);
+        break;
+    case 4:
+        mnuHelp_Click(7);
+        break;
+    case 6:
+        Shutdown();
+        break;
+    default:
+        break;
+    }
+}
+
+void mdiMain::mnuPopup_ImageOptions_Click(int index)
+{
+    switch (index) {
+    case 4:
+        RefreshChild();
+        break;
+    case 9:
+    case 10:
+        ChildOps::Call(ActiveChild(), "CutCopy", index == 9);
+        break;
+    case 11:
+        CallChild("PasteImages");
+        break;
+    case 13:
+        CallChild("RenameImage");
+        break;
+    case 16:
+        CallChild("DeleteItems");
+        break;
+    default:
+        Q_EMIT CommandRequested(QStringLiteral("mnuPopup_ImageOptions"), index);
+        break;
+    }
+}
+
+void mdiMain::mnuSort_By_Click(int index)
+{
+    ChildOps::Call(ActiveChild(), "SortItems", index);
+}
+
+void mdiMain::mnuImageOptions_SetAs_Click(int index)
+{
+    if (index == 0)
+        mnuWallpaper_Click(1);
+}
+
+void mdiMain::mnuImgPreview_Options_Click(int index)
+{
+    QWidget* child = ActiveChild();
+    if ((index == 0 || index == 1) && child) {
+        const bool stretch = index == 0;
+        settings().writeBool(child->objectName(), QStringLiteral("Sel_Stretch"), stretch);
+        ChildOps::Call(child, "SetStretch", stretch);
+    } else if (index == 6) {
+        Q_EMIT CommandRequested(QStringLiteral("mnuImgPreview_Options"), index);
+    }
+}
+
+void mdiMain::mnuAlbums_Click(int index)
+{
+    if (!MainMenus::IsTitle(QStringLiteral("mnuAlbums"), index))
+        Q_EMIT CommandRequested(QStringLiteral("mnuAlbums"), index);
+}

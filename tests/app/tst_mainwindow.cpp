@@ -1,0 +1,284 @@
+#include "TestWorld.h"
+
+#include "app/MainMenus.h"
+#include "app/SettingsStore.h"
+#include "app/StartUp.h"
+#include "app/WindowBalloon.h"
+#include "app/frmSysTray.h"
+#include "app/mdiMain.h"
+#include "common/AppGlobals.h"
+#include "controls/ucSideBar.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QStatusBar>
+
+class tst_MainWindow : public QObject
+{
+    Q_OBJECT
+
+    static void setOptions(std::initializer_list<int> on)
+    {
+        Globals().Options.fill(0);
+        for (int index : on)
+            Globals().Options[size_t(index)] = 1;
+    }
+
+    static void startAndSettle(mdiMain& main)
+    {
+        main.Load();
+        main.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&main));
+        QTRY_VERIFY(!main.StartingUp());
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        QFile::remove(SettingsStore::defaultPath());
+        SettingsStore::reopenGlobal();
+        setOptions({});
+    }
+
+    void leftoversAreCleanedUp_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QStringList>("kept");
+        QTest::newRow("matches go")
+            << QStringList{"st6a.tmp", "st6b.x", "ST6C.TMP", "st6"} << QStringList{};
+        QTest::newRow("others stay")
+            << QStringList{"st5a.tmp", "ast6.tmp", "TIPOFDAY.TXT"} << QStringList{"TIPOFDAY.TXT", "ast6.tmp", "st5a.tmp"};
+        QTest::newRow("mixed") << QStringList{"st6a.tmp", "photo.jpg"} << QStringList{"photo.jpg"};
+    }
+    void leftoversAreCleanedUp()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, kept);
+        QTemporaryDir folder;
+        for (const QString& name : files) {
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QDir(folder.path()).mkdir(QStringLiteral("st6folder"));
+        StartUp::CleanLeftovers(folder.path());
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files, QDir::Name), kept);
+        QVERIFY(QFileInfo(folder.filePath(QStringLiteral("st6folder"))).isDir());
+    }
+
+    void emptyStoreStart()
+    {
+        StartUp::ReadGlobals(SettingsStore::global(), Globals());
+        mdiMain main;
+        QSignalSpy tips(&main, &mdiMain::TipWindowRequested);
+        startAndSettle(main);
+        QCOMPARE(main.SideBar(0)->Align(), 3);
+        QVERIFY(main.statusBar()->isVisible());
+        QVERIFY(main.windowFlags() & Qt::WindowStaysOnTopHint);
+        QCOMPARE(tips.count(), 1);
+        QVERIFY(main.Area()->subWindowList().isEmpty());
+        QCOMPARE(QStringList({"Howdy!", "Welcome!", "Hi there!", "Greetings!", "Hola!"}).count(main.Greeting() + u'!'), 1);
+    }
+
+    void deferredStep_data()
+    {
+        QTest::addColumn<QList<int>>("options");
+        QTest::addColumn<QString>("lastUsed");
+        QTest::addColumn<QString>("opened");
+        QTest::addColumn<bool>("onTop");
+        QTest::addColumn<int>("tips");
+        QTest::newRow("last area reopens the gallery") << QList<int>{9} << "2" << "frmThumbnails" << false << 0;
+        QTest::newRow("last area reopens the builder") << QList<int>{9, 5} << "4" << "frmSlideshow" << true << 0;
+        QTest::newRow("last used 0 opens nothing") << QList<int>{9, 6} << "0" << "" << false << 1;
+        QTest::newRow("a separator opens nothing") << QList<int>{9} << "3" << "" << false << 0;
+        QTest::newRow("option 9 off opens nothing") << QList<int>{} << "2" << "" << false << 0;
+        QTest::newRow("nothing stored means button 1") << QList<int>{9} << "" << "" << false << 0;
+    }
+    void deferredStep()
+    {
+        QFETCH(QList<int>, options);
+        QFETCH(QString, lastUsed);
+        QFETCH(QString, opened);
+        QFETCH(bool, onTop);
+        QFETCH(int, tips);
+        Globals().Options.fill(0);
+        for (int option : options)
+            Globals().Options[size_t(option)] = 1;
+        if (!lastUsed.isEmpty())
+            SettingsStore::global().write("mdiMain", "Last Used", lastUsed);
+        mdiMain main;
+        QSignalSpy tipSpy(&main, &mdiMain::TipWindowRequested);
+        QVERIFY(!main.tmrMain[3].isActive());
+        startAndSettle(main);
+        QCOMPARE(main.ActiveChild() ? main.ActiveChild()->objectName() : QString(), opened);
+        QCOMPARE(bool(main.windowFlags() & Qt::WindowStaysOnTopHint), onTop);
+        QCOMPARE(tipSpy.count(), tips);
+        if (!opened.isEmpty())
+            QCOMPARE(main.statusBar()->findChild<QLabel*>()->text(), QStringLiteral("Ready"));
+    }
+
+    void childWindowsOpenOnceWithTheirNames()
+    {
+        mdiMain main;
+        startAndSettle(main);
+        main.tlbMain_ButtonClick(2);
+        main.tlbMain_ButtonClick(0);
+        main.tlbMain_ButtonClick(2);
+        QCOMPARE(main.Area()->subWindowList().size(), 2);
+        QCOMPARE(main.ActiveChild()->windowTitle(), QStringLiteral("My Thumbnails"));
+        QCOMPARE(SettingsStore::global().read("mdiMain", "Last Used"), QStringLiteral("2"));
+        main.Menus()->Action("mnuTools", 5)->trigger();
+        QCOMPARE(main.ActiveChild()->objectName(), QStringLiteral("frmSlideshow"));
+        QCOMPARE(main.IdleTicks(), 0);
+    }
+
+    void sideBarAndStatusFollowOptions()
+    {
+        setOptions({});
+        SettingsStore::global().write("mdiMain", "SideBar_Align", 4);
+        mdiMain hidden;
+        startAndSettle(hidden);
+        QVERIFY(!hidden.SideBar(0)->isVisible());
+        QVERIFY(!hidden.statusBar()->isVisible());
+
+        setOptions({4, 11});
+        mdiMain shown;
+        startAndSettle(shown);
+        QVERIFY(shown.SideBar(0)->isVisible());
+        QCOMPARE(shown.SideBar(0)->Align(), 4);
+        QVERIFY(shown.statusBar()->isVisible());
+    }
+
+    void resizeWritesDimensionsInTwips()
+    {
+        mdiMain main;
+        startAndSettle(main);
+        main.resize(640, 480);
+        QTRY_COMPARE(SettingsStore::global().read("mdiMain", "Dimensions0"), QString::number(main.width() * 15));
+        QCOMPARE(SettingsStore::global().read("mdiMain", "Dimensions1"), QString::number(main.height() * 15));
+    }
+
+    void closeRequest_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("ends");
+        QTest::addColumn<QString>("saved");
+        QTest::newRow("normal goes to the tray") << int(Qt::WindowNoState) << false << "";
+        QTest::newRow("maximised goes back to normal and to the tray") << int(Qt::WindowMaximized) << false << "";
+        QTest::newRow("minimised ends the program") << int(Qt::WindowMinimized) << true << "1";
+    }
+    void closeRequest()
+    {
+        QFETCH(int, state);
+        QFETCH(bool, ends);
+        QFETCH(QString, saved);
+        mdiMain main;
+        QSignalSpy unloaded(&main, &mdiMain::Unloaded);
+        startAndSettle(main);
+        main.setWindowState(Qt::WindowState(state));
+        main.close();
+        QCOMPARE(unloaded.count(), ends ? 1 : 0);
+        QCOMPARE(SettingsStore::global().read("General", "WindowState"), saved);
+        if (!ends) {
+            QVERIFY(main.HiddenToTray());
+            QVERIFY(!main.isMaximized());
+            // No tray in the test platform: the window is minimised, never lost.
+            QVERIFY(main.isMinimized() || !main.isVisible());
+            if (!main.Tray()->CanHideToTray())
+                QVERIFY(main.isVisible());
+            QVERIFY(!main.tmrMain[0].isActive());
+            main.ShowMain();
+            QVERIFY(!main.isMinimized());
+            QVERIFY(main.tmrMain[0].isActive());
+        }
+    }
+
+    void exitSavesWindowState()
+    {
+        mdiMain main;
+        QSignalSpy unloaded(&main, &mdiMain::Unloaded);
+        startAndSettle(main);
+        main.showMaximized();
+        main.Menus()->Action("mnuFile", 19)->trigger();
+        QCOMPARE(unloaded.count(), 1);
+        QVERIFY(!main.isVisible());
+        SettingsStore reread(SettingsStore::defaultPath());
+        QCOMPARE(reread.read("General", "Windowstate"), QStringLiteral("2"));
+    }
+
+    void idleCountdown_data()
+    {
+        QTest::addColumn<QString>("minutes");
+        QTest::newRow("zero minutes: first tick") << "0";
+        QTest::newRow("two minutes: third tick") << "2";
+    }
+    void idleCountdown()
+    {
+        QFETCH(QString, minutes);
+        setOptions({0});
+        SettingsStore::global().write("General", "MinToTray_Minutes", minutes);
+        mdiMain main;
+        startAndSettle(main);
+        main.tmrMain[0].setInterval(20);
+        main.tmrMain[0].start();
+        QTRY_VERIFY(main.isMinimized() || !main.isVisible());
+        QCOMPARE(main.IdleTicks(), 0);
+        QVERIFY(!main.tmrMain[0].isActive());
+    }
+
+    void idleCountdownCounts()
+    {
+        setOptions({});
+        SettingsStore::global().write("General", "MinToTray_Minutes", "2");
+        mdiMain main;
+        startAndSettle(main);
+        main.tmrMain[0].setInterval(10);
+        main.tmrMain[0].start();
+        QTRY_COMPARE(main.IdleTicks(), 2);
+        QTest::qWait(50);
+        // Without option 0 the count stops at the limit and the window stays.
+        QCOMPARE(main.IdleTicks(), 2);
+        QVERIFY(!main.isMinimized());
+    }
+
+    void trayMessages()
+    {
+        QMenu menu;
+        menu.addAction(QStringLiteral("&Restore"));
+        frmSysTray tray(&menu);
+        QSignalSpy shown(&tray, &frmSysTray::MenuShown);
+        QSignalSpy restore(&tray, &frmSysTray::RestoreRequested);
+        tray.TrayMessage(frmSysTray::RightButtonUp);
+        QCOMPARE(shown.count(), 1);
+        menu.hide();
+        QVERIFY(tray.tmrPopup_Bug.isActive());
+        tray.TrayMessage(frmSysTray::RightButtonUp);
+        QCOMPARE(shown.count(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(!tray.tmrPopup_Bug.isActive(), 2000);
+        tray.TrayMessage(frmSysTray::RightButtonUp);
+        QCOMPARE(shown.count(), 2);
+        menu.hide();
+        tray.TrayMessage(frmSysTray::LeftDoubleClick);
+        tray.TrayMessage(512);
+        QCOMPARE(restore.count(), 1);
+        QVERIFY(tray.tmrPause.interval() == 600);
+    }
+
+    void balloonWithoutTrayGoesToTheWindow()
+    {
+        setOptions({1, 11});
+        mdiMain main;
+        startAndSettle(main);
+        if (main.Tray()->CanHideToTray())
+            QSKIP("a real tray is present");
+        QVERIFY(main.Balloon()->isVisible());
+        const QList<QLabel*> labels = main.Balloon()->findChildren<QLabel*>();
+        QCOMPARE(labels.value(0)->text(), QStringLiteral("Lumbra\u00A9  -  ") + main.Greeting() + u'!');
+        QVERIFY(labels.value(1)->text().startsWith(QStringLiteral("You can easily access Lumbra")));
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_MainWindow)
+#include "tst_mainwindow.moc"
