@@ -1,5 +1,7 @@
 #include "app/MdiArrange.h"
 
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QSize>
 
 namespace MdiArrange {
@@ -34,6 +36,30 @@ QList<QPoint> IconPlaces(const QRect& area, const QSize& icon, int count)
                              area.bottom() + 1 - (row + 1) * icon.height()));
     }
     return places;
+}
+
+void Arrange(QMdiArea* area, int arrangement)
+{
+    QList<QMdiSubWindow*> normal;
+    QList<QMdiSubWindow*> minimised;
+    for (QMdiSubWindow* sub : area->subWindowList())
+        (sub->isMinimized() ? minimised : normal).append(sub);
+    const QRect space = area->viewport()->rect();
+
+    if (arrangement == 0) {
+        area->cascadeSubWindows();
+    } else if (arrangement == 1 || arrangement == 2) {
+        const QList<QRect> cells =
+            Tile(space, int(normal.size()), arrangement == 1 ? Qt::Horizontal : Qt::Vertical);
+        for (qsizetype i = 0; i < normal.size(); ++i) {
+            normal[i]->showNormal();
+            normal[i]->setGeometry(cells[i]);
+        }
+    } else if (arrangement == 3 && !minimised.isEmpty()) {
+        const QList<QPoint> places = IconPlaces(space, minimised.first()->size(), int(minimised.size()));
+        for (qsizetype i = 0; i < minimised.size(); ++i)
+            minimised[i]->move(places[i]);
+    }
 }
 
 } // namespace MdiArrange

@@ -520,39 +520,6 @@ void mdiMain::RefreshChild()
         ChildOps::Call(child, "RefreshMe");
 }
 
-void mdiMain::Arrange(int arrangement)
-{
-    QList<QMdiSubWindow*> normal;
-    QList<QMdiSubWindow*> minimised;
-    for (QMdiSubWindow* sub : m_area->subWindowList())
-        (sub->isMinimized() ? minimised : normal).append(sub);
-
-    switch (arrangement) {
-    case 0:
-        m_area->cascadeSubWindows();
-        break;
-    case 1:
-    case 2: {
-        const QList<QRect> cells = MdiArrange::Tile(m_area->viewport()->rect(), int(normal.size()),
-                                                    arrangement == 1 ? Qt::Horizontal : Qt::Vertical);
-        for (qsizetype i = 0; i < normal.size(); ++i) {
-            normal[i]->showNormal();
-            normal[i]->setGeometry(cells[i]);
-        }
-        break;
-    }
-    case 3: {
-        const QSize icon = minimised.isEmpty() ? QSize() : minimised.first()->size();
-        const QList<QPoint> places = MdiArrange::IconPlaces(m_area->viewport()->rect(), icon, int(minimised.size()));
-        for (qsizetype i = 0; i < minimised.size(); ++i)
-            minimised[i]->move(places[i]);
-        break;
-    }
-    default:
-        break;
-    }
-}
-
 void mdiMain::tlbMain_ButtonClick(int index)
 {
     switch (index) {
@@ -697,7 +664,7 @@ void mdiMain::mnuWallpaper_Click(int index)
 
 void mdiMain::mnuWindow_Click(int index)
 {
-    Arrange(MenuTable::WindowArrangement(index));
+    MdiArrange::Arrange(m_area, MenuTable::WindowArrangement(index));
 }
 
 void mdiMain::mnuHelp_Click(int index)

@@ -106,8 +106,6 @@ private:
     void CreateSideBar();
     bool CallChild(const char* operation);
     void RefreshChild();
-    // 0 cascade, 1 tile horizontally, 2 tile vertically, 3 arrange minimised windows.
-    void Arrange(int arrangement);
     void OnMenuClicked(const QString& array, int index);
 
     QMdiArea* m_area = nullptr;

@@ -15,7 +15,6 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSvgRenderer>
-#include <QtEndian>
 #include <QTextBlock>
 #include <QTextBrowser>
 
@@ -53,10 +52,8 @@ private slots:
     void helpTopicsLeadSomewhere();
     void iconsRender_data();
     void iconsRender();
-    void samplesCoverEveryType();
     void samplesLoad_data();
     void samplesLoad();
-    void metafileSampleIsWellFormed();
 };
 
 void tst_infowindows::splashFinishesOnce_data()
@@ -178,16 +175,6 @@ void tst_infowindows::iconsRender()
              qPrintable(QStringLiteral("only %1 pixels painted").arg(painted)));
 }
 
-void tst_infowindows::samplesCoverEveryType()
-{
-    QSet<QString> types;
-    for (const QFileInfo& file :
-         QDir(sourcePath(QStringLiteral("resources/samples"))).entryInfoList(QDir::Files))
-        types.insert(file.suffix().toLower());
-    for (const char* type : {"bmp", "dib", "gif", "jpg", "tif", "ico", "cur", "wmf", "png"})
-        QVERIFY2(types.contains(QLatin1String(type)), type);
-}
-
 void tst_infowindows::samplesLoad_data()
 {
     QTest::addColumn<QString>("path");
@@ -239,45 +226,6 @@ void tst_infowindows::samplesLoad()
         widths.insert(image.width());
     }
     QVERIFY2(widths.size() >= sizes, "fewer sizes than the file should hold");
-}
-
-void tst_infowindows::metafileSampleIsWellFormed()
-{
-    QFile file(sourcePath(QStringLiteral("resources/samples/house.wmf")));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray data = file.readAll();
-    QVERIFY(data.size() > 40);
-    const auto word = [&data](qsizetype at) {
-        return qFromLittleEndian<quint16>(data.constData() + at);
-    };
-    const auto dword = [&data](qsizetype at) {
-        return qFromLittleEndian<quint32>(data.constData() + at);
-    };
-
-    // The placeable header: its key, and the checksum over its first ten words.
-    QCOMPARE(dword(0), 0x9AC6CDD7u);
-    quint16 checksum = 0;
-    for (int i = 0; i < 10; ++i)
-        checksum ^= word(2 * i);
-    QCOMPARE(word(20), checksum);
-
-    // The metafile header's counts, and records that run exactly to the end-of-file record.
-    const qsizetype start = 22;
-    QCOMPARE(word(start + 2), quint16(9));
-    QCOMPARE(qsizetype(dword(start + 6)) * 2, data.size() - start);
-    qsizetype at = start + 18;
-    quint32 largest = 0;
-    quint16 function = 1;
-    while (function != 0) {
-        QVERIFY(at + 6 <= data.size());
-        const quint32 size = dword(at);
-        function = word(at + 4);
-        QVERIFY(size >= 3);
-        largest = qMax(largest, size);
-        at += qsizetype(size) * 2;
-    }
-    QCOMPARE(at, data.size());
-    QCOMPARE(dword(start + 12), largest);
 }
 
 LUMBRA_TEST_MAIN(tst_infowindows)

@@ -211,36 +211,31 @@ private Q_SLOTS:
     void idleCountdown_data()
     {
         QTest::addColumn<QString>("minutes");
-        QTest::newRow("zero minutes: first tick") << "0";
-        QTest::newRow("two minutes: third tick") << "2";
+        QTest::addColumn<bool>("option0");
+        QTest::newRow("zero minutes: first tick") << "0" << true;
+        QTest::newRow("two minutes: third tick") << "2" << true;
+        QTest::newRow("option 0 off: counts, stays") << "2" << false;
     }
     void idleCountdown()
     {
         QFETCH(QString, minutes);
-        setOptions({0});
+        QFETCH(bool, option0);
+        setOptions(option0 ? std::initializer_list<int>{0} : std::initializer_list<int>{});
         SettingsStore::global().write("General", "MinToTray_Minutes", minutes);
-        mdiMain main;
-        startAndSettle(main);
-        main.tmrMain[0].setInterval(20);
-        main.tmrMain[0].start();
-        QTRY_VERIFY(main.isMinimized() || !main.isVisible());
-        QCOMPARE(main.IdleTicks(), 0);
-        QVERIFY(!main.tmrMain[0].isActive());
-    }
-
-    void idleCountdownCounts()
-    {
-        setOptions({});
-        SettingsStore::global().write("General", "MinToTray_Minutes", "2");
         mdiMain main;
         startAndSettle(main);
         main.tmrMain[0].setInterval(10);
         main.tmrMain[0].start();
-        QTRY_COMPARE(main.IdleTicks(), 2);
-        QTest::qWait(50);
-        // Without option 0 the count stops at the limit and the window stays.
-        QCOMPARE(main.IdleTicks(), 2);
-        QVERIFY(!main.isMinimized());
+        if (!option0) {
+            QTRY_COMPARE(main.IdleTicks(), minutes.toInt());
+            QTest::qWait(50);
+            QCOMPARE(main.IdleTicks(), minutes.toInt());
+            QVERIFY(!main.isMinimized());
+            return;
+        }
+        QTRY_VERIFY(main.isMinimized() || !main.isVisible());
+        QCOMPARE(main.IdleTicks(), 0);
+        QVERIFY(!main.tmrMain[0].isActive());
     }
 
     void trayMessages()
