@@ -21,7 +21,7 @@ frmGoodbye::frmGoodbye()
     // Never counts as the last window: the program decides itself when it ends.
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    setWindowTitle(QStringLiteral("Lumbra"));
+    setWindowTitle(QStringLiteral("Lumbra - Goodbye"));
 
     const QColor accent = Formats::colorFromBgr(Globals().MyColor);
     QPalette colours;

@@ -52,7 +52,7 @@ frmSplash::frmSplash(bool atStartUp, QWidget* parent)
     // The main window may not be up yet (or may be in the tray): closing the splash must not
     // end the program.
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(QStringLiteral("Lumbra"));
+    setWindowTitle(QStringLiteral("Lumbra - Welcome"));
     setPalette(accentPalette());
     setAutoFillBackground(true);
     setCursor(Qt::PointingHandCursor);

@@ -13,6 +13,7 @@
 #include <QStandardPaths>
 #include <QSysInfo>
 #include <QWidget>
+#include <QWindow>
 
 #include <cmath>
 
@@ -161,11 +162,13 @@ void SetAlwaysOnTop(QWidget* window, bool onTop)
 {
     if (!window)
         return;
-    const bool visible = window->isVisible();
-    window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
-    // Changing a window flag hides the window; bring it back as it was.
-    if (visible)
-        window->show();
+    Qt::WindowFlags flags = window->windowFlags();
+    flags.setFlag(Qt::WindowStaysOnTopHint, onTop);
+    // QWidget::setWindowFlags would make a new native window (it flickers and loses focus);
+    // tell the existing one instead.
+    window->overrideWindowFlags(flags);
+    if (QWindow* handle = window->windowHandle())
+        handle->setFlags(flags);
 }
 
 void Beep()
