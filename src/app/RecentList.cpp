@@ -8,7 +8,7 @@ namespace {
 
 QString keyFor(int index)
 {
-    return QStringLiteral("File_Recent_%1").arg(index);
+    return Keys::File_Recent_(index).key;
 }
 
 } // namespace

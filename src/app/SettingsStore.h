@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/SettingsKeys.h"
 #include "common/Formats.h"
 
 #include <QHash>
@@ -62,6 +63,17 @@ public:
         }
         return false;
     }
+
+    // The same, addressed through the settings catalogue.
+    QString read(const Setting& setting) const { return read(setting.section, setting.key, setting.fallback); }
+    template <typename T>
+    bool readInto(const Setting& setting, T& target) const
+    {
+        return readInto(setting.section, setting.key, setting.fallback, target);
+    }
+    void write(const Setting& setting, const QString& value) { write(setting.section, setting.key, value); }
+    void write(const Setting& setting, qint64 value) { write(setting.section, setting.key, value); }
+    void writeBool(const Setting& setting, bool value) { writeBool(setting.section, setting.key, value); }
 
     QString filePath() const { return m_path; }
     // False when the file could not be read at start (it is then left alone) or the last

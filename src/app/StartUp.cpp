@@ -21,19 +21,12 @@ int CleanLeftovers(const QString& programFolder)
     return removed;
 }
 
-QString OptionDefault(int index)
-{
-    return (index > 8 && index != 11) ? QStringLiteral("0") : QStringLiteral("1");
-}
-
 void ReadGlobals(const SettingsStore& settings, AppGlobals& globals)
 {
-    const QString general = QStringLiteral("General");
-    settings.readInto(general, QStringLiteral("MyColor"), QStringLiteral("12648384"), globals.MyColor);
-    settings.readInto(general, QStringLiteral("Windowstate"), QString(), globals.WindowState);
+    settings.readInto(Keys::MyColor, globals.MyColor);
+    settings.readInto(Keys::WindowStateRead, globals.WindowState);
     for (int i = 0; i < AppGlobals::OptionCount; ++i)
-        settings.readInto(general, QStringLiteral("Options_%1").arg(i), OptionDefault(i),
-                          globals.Options[i]);
+        settings.readInto(Keys::Option(i), globals.Options[size_t(i)]);
 }
 
 void Run()

@@ -13,8 +13,6 @@ int CleanLeftovers(const QString& programFolder);
 // Reads the accent colour, the last window state and the fourteen general options. A value
 // that does not convert leaves what was there before.
 void ReadGlobals(const SettingsStore& settings, AppGlobals& globals);
-// Default of "General"/"Options_<index>": off for 9, 10, 12 and 13, on for the rest.
-QString OptionDefault(int index);
 
 // Both of the above on the program folder, the global store and the program-wide values.
 void Run();

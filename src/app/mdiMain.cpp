@@ -205,21 +205,20 @@ void mdiMain::Load()
         m_sideBars[0]->hide();
     } else {
         int align = 3;
-        settings().readInto(Section, QStringLiteral("SideBar_Align"), QStringLiteral("3"), align);
+        settings().readInto(Keys::SideBar_Align, align);
         m_sideBars[0]->Dock(align);
     }
 
     statusBar()->setVisible(globals.option(11));
 
     int style = 2;
-    settings().readInto(Section, QStringLiteral("Wallpaper_Style"), QStringLiteral("2"), style);
+    settings().readInto(Keys::Wallpaper_Style, style);
     ApplyWallpaperTicks(style);
 
     m_recent.Load(settings(), Section);
     RebuildRecentMenu();
 
-    settings().readInto(QStringLiteral("General"), QStringLiteral("MinToTray_Minutes"), QStringLiteral("10"),
-                        m_minToTrayMinutes);
+    settings().readInto(Keys::MinToTray_Minutes, m_minToTrayMinutes);
 
     static const QString greetings[] = {QStringLiteral("Howdy"), QStringLiteral("Welcome"),
                                         QStringLiteral("Hi there"), QStringLiteral("Greetings"),
@@ -235,7 +234,7 @@ void mdiMain::Load()
 
     // The menu appearance chosen in the options stays chosen from one run to the next.
     int view = 0;
-    if (settings().readInto(QStringLiteral("General"), QStringLiteral("MainMenu_View"), QString(), view))
+    if (settings().readInto(Keys::MainMenu_View, view))
         MainMenu_View(view);
 
     tmrMain[0].start();
@@ -247,8 +246,8 @@ void mdiMain::resizeEvent(QResizeEvent* event)
 {
     QMainWindow::resizeEvent(event);
     if (!isMinimized() && !m_hiddenToTray) {
-        settings().write(Section, QStringLiteral("Dimensions0"), Formats::pixelsToTwips(width()));
-        settings().write(Section, QStringLiteral("Dimensions1"), Formats::pixelsToTwips(height()));
+        settings().write(Keys::Dimensions(0), Formats::pixelsToTwips(width()));
+        settings().write(Keys::Dimensions(1), Formats::pixelsToTwips(height()));
     }
     if (m_startingUp)
         tmrMain[3].start();
@@ -285,7 +284,7 @@ void mdiMain::DeferredStartUp()
     const AppGlobals& globals = Globals();
     if (globals.option(9)) {
         int lastUsed = 1;
-        settings().readInto(Section, QStringLiteral("Last Used"), QStringLiteral("1"), lastUsed);
+        settings().readInto(Keys::Last_Used, lastUsed);
         if (lastUsed > 0)
             tlbMain_ButtonClick(lastUsed);
     }
@@ -476,13 +475,11 @@ void mdiMain::Shutdown()
     if (m_unloading)
         return;
     m_unloading = true;
-    const int state = Utilities::WindowStateNumber(this);
     hide();
     frmGoodbye::ShowBriefly();
     // Child windows keep their own settings as they close.
     m_area->closeAllSubWindows();
-    Globals().WindowState = state;
-    settings().write(QStringLiteral("General"), QStringLiteral("WindowState"), qint64(state));
+    Utilities::SaveWindowState(this);
     for (QTimer& timer : tmrMain)
         timer.stop();
     m_tray->SetIconVisible(false);
@@ -527,7 +524,7 @@ void mdiMain::tlbMain_ButtonClick(int index)
     case MenuTable::ThumbnailsButton:
     case MenuTable::SlideshowButton:
         OpenChild(index);
-        settings().write(Section, QStringLiteral("Last Used"), index);
+        settings().write(Keys::Last_Used, index);
         break;
     case 6:
         mnuFile_Click(1);
@@ -622,7 +619,7 @@ void mdiMain::mnuView_Controls_Click(int index)
         action->setCheckable(true);
         action->setChecked(visible);
         ChildOps::Call(child, "ShowBar", index, visible);
-        settings().writeBool(child->objectName(), QStringLiteral("View_%1").arg(index), visible);
+        settings().writeBool(Keys::View_(index).in(child->objectName()), visible);
         return;
     }
     if (index == 5)
@@ -656,7 +653,7 @@ void mdiMain::mnuWallpaper_Click(int index)
 {
     if (index >= 2) {
         ApplyWallpaperTicks(index);
-        settings().write(Section, QStringLiteral("Wallpaper_Style"), index);
+        settings().write(Keys::Wallpaper_Style, index);
     } else if (index == 1) {
         Q_EMIT CommandRequested(QStringLiteral("mnuWallpaper"), index);
     }
@@ -763,7 +760,7 @@ void mdiMain::mnuImgPreview_Options_Click(int index)
     QWidget* child = ActiveChild();
     if ((index == 0 || index == 1) && child) {
         const bool stretch = index == 0;
-        settings().writeBool(child->objectName(), QStringLiteral("Sel_Stretch"), stretch);
+        settings().writeBool(Keys::Sel_Stretch.in(child->objectName()), stretch);
         ChildOps::Call(child, "SetStretch", stretch);
     } else if (index == 6) {
         Q_EMIT CommandRequested(QStringLiteral("mnuImgPreview_Options"), index);

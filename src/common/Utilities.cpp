@@ -69,8 +69,7 @@ int WindowStateNumber(const QWidget* window)
 void SaveWindowState(const QWidget* window)
 {
     Globals().WindowState = WindowStateNumber(window);
-    SettingsStore::global().write(QStringLiteral("General"), QStringLiteral("WindowState"),
-                                  qint64(Globals().WindowState));
+    SettingsStore::global().write(Keys::WindowStateWrite, qint64(Globals().WindowState));
 }
 
 void Pause(int& amount, bool inMilliseconds)

@@ -213,12 +213,6 @@ bool carriesFiles(const QMimeData* data)
     return data && data->hasUrls();
 }
 
-// The on/off state of a bar, in its window's settings section.
-QString stateKey(const QString& identifier)
-{
-    return QStringLiteral("ucSidebar|") + identifier;
-}
-
 constexpr int RollMilliseconds = 150;
 constexpr int FallbackContentExtent = 120;
 
@@ -277,8 +271,7 @@ ucSideBar::ucSideBar(int index, const QString& formName, QMainWindow* owner)
     applySide();
 
     bool on = true;
-    SettingsStore::global().readInto(m_formName, stateKey(Identifier()), QStringLiteral("True"),
-                                     on);
+    SettingsStore::global().readInto(Keys::SideBarState(Identifier()).in(m_formName), on);
     if (!on) {
         m_manualHide = true;
         roll(true);
@@ -372,7 +365,7 @@ void ucSideBar::UserToggle()
 {
     if (m_enabled) {
         const bool wasOn = !m_rolledUp;
-        SettingsStore::global().writeBool(m_formName, stateKey(Identifier()), !wasOn);
+        SettingsStore::global().writeBool(Keys::SideBarState(Identifier()).in(m_formName), !wasOn);
         m_manualHide = wasOn;
         roll(wasOn);
     }
@@ -473,8 +466,7 @@ void ucSideBar::onDockLocationChanged(Qt::DockWidgetArea area)
     applySide();
     if (m_userDragging) {
         m_userDragging = false;
-        SettingsStore::global().write(
-            m_formName, QStringLiteral("SideBar_Align_") + QString::number(m_index), side);
+        SettingsStore::global().write(Keys::SideBar_AlignOf(m_index).in(m_formName), side);
         emit Docked(side);
         emit DragModeChanged(false);
         return;

@@ -49,8 +49,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("writeKey");
         QTest::addColumn<QString>("readSection");
         QTest::addColumn<QString>("readKey");
-        QTest::newRow("window state key") << "General" << "WindowState" << "General" << "Windowstate";
-        QTest::newRow("slideshow section") << "SlideShow" << "Timer_Delay" << "Slideshow" << "Timer_Delay";
+        QTest::newRow("window state key") << Keys::WindowStateWrite.section << Keys::WindowStateWrite.key
+                                          << Keys::WindowStateRead.section << Keys::WindowStateRead.key;
+        QTest::newRow("slide interval") << Keys::Timer_DelayWrite.section << Keys::Timer_DelayWrite.key
+                                        << Keys::Timer_DelayRead.section << Keys::Timer_DelayRead.key;
         QTest::newRow("general section") << "GENERAL" << "MyColor" << "general" << "mycolor";
         QTest::newRow("key with a bar") << "mdiMain" << "ucSidebar|ucSideBar(0)" << "MDIMAIN" << "UCSIDEBAR|UCSIDEBAR(0)";
         QTest::newRow("key with a blank") << "mdiMain" << "Last Used" << "mdimain" << "last used";
