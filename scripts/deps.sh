@@ -17,6 +17,8 @@ LUMBRA_PACKAGES=(
   imagemagick                # screenshot of the virtual display; test pictures
   x11-utils                  # xdpyinfo: waits until the virtual display answers
   fonts-dejavu-core          # a font, so windows draw text under Xvfb
+  clang                      # clang++ for the libFuzzer build of the picture loader (scripts/fuzz.sh)
+  libclang-rt-14-dev         # libFuzzer and the sanitizer runtimes for clang++
 )
 
 lumbra_ensure_deps() {

@@ -1,0 +1,512 @@
+#include "TestWorld.h"
+
+#include "imaging/MetafilePlayer.h"
+
+#include <QBuffer>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QtEndian>
+
+#include <initializer_list>
+
+namespace {
+
+// Builds metafiles record by record; parameters are 16-bit words in the order they are stored.
+class Writer
+{
+public:
+    Writer& record(quint16 function, std::initializer_list<int> words, const QByteArray& tail = {})
+    {
+        QByteArray r;
+        appendWord(r, 0);
+        appendWord(r, 0);
+        appendWord(r, function);
+        for (int w : words)
+            appendWord(r, quint16(w));
+        r += tail;
+        if (r.size() % 2)
+            r += '\0';
+        qToLittleEndian<quint32>(quint32(r.size() / 2), r.data());
+        m_records += r;
+        return *this;
+    }
+    Writer& raw(const QByteArray& bytes)
+    {
+        m_records += bytes;
+        return *this;
+    }
+    static QByteArray colour(QRgb rgb)
+    {
+        QByteArray c;
+        appendWord(c, quint16(qRed(rgb) | (qGreen(rgb) << 8)));
+        appendWord(c, quint16(qBlue(rgb)));
+        return c;
+    }
+
+    Writer& solidBrush(QRgb rgb) { return record(0x02FC, {0}, colour(rgb) + QByteArray(2, '\0')); }
+    Writer& nullPen() { return record(0x02FA, {5, 0, 0}, colour(0)); }
+    Writer& select(int slot) { return record(0x012D, {slot}); }
+    Writer& rectangle(int left, int top, int right, int bottom)
+    {
+        return record(0x041B, {bottom, right, top, left});
+    }
+    Writer& eof() { return record(0x0000, {}); }
+
+    QByteArray plain() const
+    {
+        QByteArray h;
+        for (int w : {1, 9, 0x0300, 0, 0, 16, 0, 0, 0})
+            appendWord(h, quint16(w));
+        return h + m_records;
+    }
+    QByteArray placeable(int right, int bottom, int unitsPerInch) const
+    {
+        QByteArray h;
+        for (int w : {0xCDD7, 0x9AC6, 0, 0, 0, right, bottom, unitsPerInch, 0, 0, 0})
+            appendWord(h, quint16(w));
+        return h + plain();
+    }
+
+private:
+    static void appendWord(QByteArray& to, quint16 w)
+    {
+        to += char(w & 0xFF);
+        to += char(w >> 8);
+    }
+    QByteArray m_records;
+};
+
+// A DIB as metafiles embed it: a BMP file without its 14-byte file header.
+QByteArray dib(const QImage& image)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "BMP");
+    return buffer.data().mid(14);
+}
+
+// Map mode anisotropic, window (100,100) 200x100 shown in a 400x200 viewport.
+Writer anisotropic()
+{
+    Writer w;
+    w.record(0x0103, {8}).record(0x020B, {100, 100}).record(0x020C, {100, 200});
+    w.record(0x020D, {0, 0}).record(0x020E, {200, 400});
+    return w;
+}
+
+bool isColour(const QImage& image, QPoint at, QRgb expected)
+{
+    const QRgb got = image.pixel(at);
+    return qAbs(qRed(got) - qRed(expected)) < 40 && qAbs(qGreen(got) - qGreen(expected)) < 40 &&
+           qAbs(qBlue(got) - qBlue(expected)) < 40;
+}
+
+const QRgb White = qRgb(255, 255, 255);
+const QRgb Red = qRgb(255, 0, 0);
+const QRgb Green = qRgb(0, 160, 0);
+const QRgb Blue = qRgb(0, 0, 255);
+
+} // namespace
+
+class tst_MetafilePlayer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void headers_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<bool>("metafile");
+        QTest::addColumn<QSize>("natural");
+        Writer square;
+        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 10, 10).eof();
+        QTest::newRow("placeable inch of 1440 twips")
+            << square.placeable(1440, 720, 1440) << true << QSize(96, 48);
+        QTest::newRow("placeable in thousandths")
+            << square.placeable(2000, 1000, 1000) << true << QSize(192, 96);
+        QTest::newRow("plain sized by what it draws") << square.plain() << true << QSize(10, 10);
+        QByteArray wrongHeader = square.plain();
+        wrongHeader[2] = 8;
+        QTest::newRow("plain with a wrong header size") << wrongHeader << false << QSize();
+        QTest::newRow("a PNG") << QByteArray("\x89PNG\r\n\x1a\n0000000000000000", 24) << false
+                               << QSize();
+        Writer nothing;
+        nothing.eof();
+        QTest::newRow("plain drawing nothing") << nothing.plain() << true << QSize();
+    }
+    void headers()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, metafile);
+        QFETCH(QSize, natural);
+        QCOMPARE(MetafilePlayer::IsMetafile(data.left(32)), metafile);
+        QString reason;
+        QCOMPARE(MetafilePlayer::NaturalSize(data, &reason), natural);
+        QCOMPARE(reason.isEmpty(), natural.isValid());
+        QCOMPARE(MetafilePlayer::Render(data, {}, &reason).size(),
+                 natural.isValid() ? natural : QSize(0, 0));
+    }
+
+    void mapping_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QSize>("natural");
+        QTest::addColumn<QPoint>("inside");
+        QTest::addColumn<QPoint>("outside");
+        Writer viewport = anisotropic();
+        viewport.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
+        QTest::newRow("anisotropic viewport twice the window")
+            << viewport.plain() << QSize(400, 200) << QPoint(150, 50) << QPoint(50, 50);
+        Writer textMode;
+        textMode.record(0x020C, {100, 200}).nullPen().solidBrush(Red).select(0).select(1);
+        textMode.rectangle(100, 0, 200, 100).eof();
+        QTest::newRow("text mode sized by its window extent")
+            << textMode.plain() << QSize(200, 100) << QPoint(150, 50) << QPoint(50, 50);
+        Writer upward;
+        upward.record(0x0103, {8}).record(0x020B, {100, 0}).record(0x020C, {-100, 100});
+        upward.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 50, 50).eof();
+        QTest::newRow("window with the y axis upwards")
+            << upward.plain() << QSize(100, 100) << QPoint(25, 75) << QPoint(25, 25);
+        Writer metric;
+        metric.record(0x0103, {4}).nullPen().solidBrush(Red).select(0).select(1);
+        metric.rectangle(0, 0, 100, -100).rectangle(100, -100, 110, -110).eof();
+        QTest::newRow("hundredths of an inch at 96 dpi")
+            << metric.plain() << QSize(106, 106) << QPoint(50, 50) << QPoint(100, 50);
+        Writer bbox;
+        bbox.record(0x0103, {8}).record(0x020B, {50, 50}).record(0x020C, {100, 100});
+        bbox.nullPen().solidBrush(Red).select(0).select(1).rectangle(50, 50, 100, 100).eof();
+        QTest::newRow("placeable window fills the bounding box")
+            << bbox.placeable(100, 100, 96) << QSize(100, 100) << QPoint(25, 25) << QPoint(75, 75);
+    }
+    void mapping()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QSize, natural);
+        QFETCH(QPoint, inside);
+        QFETCH(QPoint, outside);
+        QCOMPARE(MetafilePlayer::NaturalSize(data), natural);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QCOMPARE(image.size(), natural);
+        QVERIFY(isColour(image, inside, Red));
+        QVERIFY(isColour(image, outside, White));
+    }
+
+    void fittedRenderKeepsProportions()
+    {
+        Writer w = anisotropic();
+        w.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
+        const QImage image = MetafilePlayer::Render(w.plain(), QSize(100, 100));
+        QCOMPARE(image.size(), QSize(100, 50));
+        QVERIFY(isColour(image, QPoint(37, 12), Red));
+        QVERIFY(isColour(image, QPoint(80, 40), White));
+    }
+
+    void hugePictureIsCapped()
+    {
+        Writer w;
+        w.rectangle(0, 0, 10, 10).eof();
+        const QByteArray data = w.placeable(32767, 32767, 50);
+        QCOMPARE(MetafilePlayer::NaturalSize(data), QSize(62913, 62913));
+        const QImage image = MetafilePlayer::Render(data, {});
+        QVERIFY(!image.isNull());
+        QVERIFY(qint64(image.width()) * image.height() <= 64ll * 1024 * 1024);
+    }
+
+    void objects_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QRgb>("fill");
+        Writer reused;
+        // Red in slot 0, blue in 1; deleting 0 frees it for green.
+        reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1});
+        reused.solidBrush(Green).select(0).select(1).rectangle(0, 0, 100, 100).eof();
+        QTest::newRow("lowest free slot reused") << reused.plain() << Green;
+        Writer deleted;
+        deleted.nullPen().solidBrush(Red).select(0).select(1).record(0x01F0, {1}).select(1);
+        deleted.rectangle(0, 0, 100, 100).eof();
+        QTest::newRow("selecting a deleted slot keeps the brush") << deleted.plain() << Red;
+        Writer nullBrush;
+        nullBrush.nullPen()
+            .record(0x02FC, {1, 0, 0, 0})
+            .select(0)
+            .select(1)
+            .rectangle(0, 0, 100, 100)
+            .eof();
+        QTest::newRow("null brush and pen leave white") << nullBrush.plain() << White;
+        Writer restored;
+        restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
+        restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
+        QTest::newRow("restoring the state brings the brush back") << restored.plain() << Red;
+        Writer pen;
+        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
+        pen.select(0).select(1).rectangle(0, 0, 100, 100).eof();
+        QTest::newRow("wide pen outlines") << pen.plain() << Blue;
+    }
+    void objects()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QRgb, fill);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QVERIFY(!image.isNull());
+        QVERIFY2(isColour(image, QPoint(10, 50), fill),
+                 qPrintable(QString::number(image.pixel(10, 50), 16)));
+    }
+
+    void polygons_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QRgb>("centre");
+        QTest::addColumn<QRgb>("edge");
+        auto twoSquares = [](int fillMode) {
+            Writer w;
+            w.nullPen().solidBrush(Red).select(0).select(1).record(0x0106, {fillMode});
+            w.record(0x0538,
+                     {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
+            return w.eof().plain();
+        };
+        QTest::newRow("alternate fill leaves the hole") << twoSquares(1) << White << Red;
+        QTest::newRow("winding fill fills the hole") << twoSquares(2) << Red << Red;
+        Writer triangle;
+        triangle.nullPen().solidBrush(Blue).select(0).select(1);
+        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
+        QTest::newRow("triangle filled, corners empty") << triangle.plain() << Blue << White;
+    }
+    void polygons()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QRgb, centre);
+        QFETCH(QRgb, edge);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QCOMPARE(image.size(), QSize(100, 100));
+        QVERIFY(isColour(image, QPoint(50, 60), centre));
+        QVERIFY(isColour(image, QPoint(10, 90), edge));
+    }
+
+    void arcs_data()
+    {
+        QTest::addColumn<quint16>("function");
+        QTest::addColumn<QPoint>("start");
+        QTest::addColumn<QPoint>("end");
+        QTest::addColumn<QPoint>("filled");
+        QTest::addColumn<QPoint>("empty");
+        QTest::newRow("pie east to north") << quint16(0x081A) << QPoint(100, 50) << QPoint(50, 0)
+                                           << QPoint(70, 30) << QPoint(30, 70);
+        QTest::newRow("pie north to east goes the long way")
+            << quint16(0x081A) << QPoint(50, 0) << QPoint(100, 50) << QPoint(30, 70)
+            << QPoint(70, 30);
+        QTest::newRow("chord west to east is the lower half")
+            << quint16(0x0830) << QPoint(0, 50) << QPoint(100, 50) << QPoint(50, 75)
+            << QPoint(50, 25);
+    }
+    void arcs()
+    {
+        QFETCH(quint16, function);
+        QFETCH(QPoint, start);
+        QFETCH(QPoint, end);
+        QFETCH(QPoint, filled);
+        QFETCH(QPoint, empty);
+        Writer w;
+        w.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        w.record(function, {end.y(), end.x(), start.y(), start.x(), 100, 100, 0, 0}).eof();
+        const QImage image = MetafilePlayer::Render(w.plain(), {});
+        QVERIFY(isColour(image, filled, Red));
+        QVERIFY(isColour(image, empty, White));
+    }
+
+    void text_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        Writer font;
+        font.record(0x020C, {100, 300})
+            .record(0x02FB, {quint16(-40), 0, 0, 0, 700, 0, 0, 0, 0},
+                    QByteArray("DejaVu Sans", 12));
+        font.select(0).record(0x0102, {1});
+        Writer textOut = font;
+        textOut.record(0x0521, {4}, QByteArray("HHHH") + QByteArray("\x1e\0\x0a\0", 4)).eof();
+        QTest::newRow("text out") << textOut.plain();
+        Writer extTextOut = font;
+        extTextOut.record(0x0A32, {30, 10, 4, 0}, QByteArray("HHHH")).eof();
+        QTest::newRow("ext text out") << extTextOut.plain();
+        Writer spaced = font;
+        spaced
+            .record(0x0A32, {30, 10, 4, 0},
+                    QByteArray("HHHH") + QByteArray("\x1e\0\x1e\0\x1e\0\x1e\0", 8))
+            .eof();
+        QTest::newRow("ext text out with advances") << spaced.plain();
+    }
+    void text()
+    {
+        QFETCH(QByteArray, data);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QCOMPARE(image.size(), QSize(300, 100));
+        int dark = 0, darkOutside = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const bool isDark = qGray(image.pixel(x, y)) < 100;
+                const bool inArea = x >= 10 && x < 160 && y >= 30 && y < 80;
+                (inArea ? dark : darkOutside) += isDark;
+            }
+        }
+        QVERIFY2(dark > 200, qPrintable(QString::number(dark)));
+        QCOMPARE(darkOutside, 0);
+    }
+
+    void bitmaps_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QImage picture(2, 2, QImage::Format_RGB32);
+        picture.setPixel(0, 0, Red);
+        picture.setPixel(1, 0, Green);
+        picture.setPixel(0, 1, Blue);
+        picture.setPixel(1, 1, White);
+        const QByteArray bits = dib(picture);
+        const int srcCopy[] = {0x0020, 0x00CC};
+        Writer stretchDib;
+        stretchDib.record(0x020C, {100, 100});
+        stretchDib.record(0x0F43, {srcCopy[0], srcCopy[1], 0, 2, 2, 0, 0, 100, 100, 0, 0}, bits)
+            .eof();
+        QTest::newRow("StretchDIB") << stretchDib.plain();
+        Writer dibStretchBlt;
+        dibStretchBlt.record(0x020C, {100, 100});
+        dibStretchBlt.record(0x0B41, {srcCopy[0], srcCopy[1], 2, 2, 0, 0, 100, 100, 0, 0}, bits)
+            .eof();
+        QTest::newRow("DIBStretchBlt") << dibStretchBlt.plain();
+        Writer bitBlt;
+        bitBlt.record(0x020B, {0, 0}).record(0x020C, {2, 2});
+        bitBlt.record(0x0940, {srcCopy[0], srcCopy[1], 0, 0, 2, 2, 0, 0}, bits).eof();
+        QByteArray bitBltData = bitBlt.placeable(2, 2, 2); // one unit is 48 pixels
+        QTest::newRow("DIBBitBlt") << bitBltData;
+        Writer toDevice;
+        toDevice.record(0x020C, {2, 2}).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
+        QTest::newRow("SetDIBitsToDevice") << toDevice.placeable(2, 2, 2);
+    }
+    void bitmaps()
+    {
+        QFETCH(QByteArray, data);
+        const QImage image = MetafilePlayer::Render(data, QSize(100, 100));
+        QCOMPARE(image.size(), QSize(100, 100));
+        const int q = image.width() / 4;
+        QVERIFY(isColour(image, QPoint(q, q), Red));
+        QVERIFY(isColour(image, QPoint(3 * q, q), Green));
+        QVERIFY(isColour(image, QPoint(q, 3 * q), Blue));
+        QVERIFY(isColour(image, QPoint(3 * q, 3 * q), White));
+    }
+
+    void unknownRecordsAreSkipped()
+    {
+        Writer w;
+        w.nullPen().record(0x0999, {1, 2, 3, 4, 5}).solidBrush(Red).record(0x0626, {15, 4}, "abcd");
+        w.select(0).select(1).rectangle(0, 0, 100, 100).eof();
+        const QImage image = MetafilePlayer::Render(w.plain(), {});
+        QVERIFY(isColour(image, QPoint(50, 50), Red));
+    }
+
+    void malformed_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<bool>("drawsFirstSquare");
+        Writer square;
+        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 100, 100);
+        auto after = [&](const QByteArray& bytes) { return Writer(square).raw(bytes).plain(); };
+        QTest::newRow("size of zero")
+            << after(QByteArray("\0\0\0\0\x1b\x04", 6) + QByteArray(8, 'x')) << true;
+        QTest::newRow("size of two words") << after(QByteArray("\2\0\0\0\x1b\x04", 6)) << true;
+        QTest::newRow("size past the end")
+            << after(QByteArray("\xff\0\0\0\x1b\x04\0\0", 8)) << true;
+        QTest::newRow("size near four giga")
+            << after(QByteArray("\xff\xff\xff\xff\x24\x03", 6)) << true;
+        QTest::newRow("record cut inside its size") << after(QByteArray("\x05\0", 2)) << true;
+        QTest::newRow("polygon counting more points than it has")
+            << Writer(square).record(0x0324, {0xFFFF, 0, 0, 50, 50}).plain() << true;
+        QTest::newRow("many polygons of many points")
+            << Writer(square).record(0x0538, {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF}).plain() << true;
+        QTest::newRow("text longer than its record")
+            << Writer(square)
+                   .record(0x0A32, {90, 90, 0x7FFF, 4, 0, 0, 10, 10}, "ab")
+                   .record(0x0521, {0x7FFF})
+                   .plain()
+            << true;
+        QByteArray hugeDib(40, '\0');
+        qToLittleEndian<quint32>(40, hugeDib.data());
+        qToLittleEndian<qint32>(0x7FFFFFFF, hugeDib.data() + 4);
+        qToLittleEndian<qint32>(0x7FFFFFFF, hugeDib.data() + 8);
+        qToLittleEndian<quint16>(32, hugeDib.data() + 14);
+        QTest::newRow("bitmap claiming billions of pixels")
+            << Writer(square)
+                   .record(0x0F43, {0x20, 0xCC, 0, 2, 2, 0, 0, 10, 10, 0, 0}, hugeDib)
+                   .plain()
+            << true;
+        Writer churn(square);
+        for (int i = 0; i < 3000; ++i)
+            churn.solidBrush(Blue)
+                .record(0x01F0, {i % 7})
+                .record(0x0127, {qint16(-5)})
+                .record(0x0416, {1, 1, 0, 0});
+        QTest::newRow("object and state churn") << churn.plain() << true;
+        Writer farOut;
+        farOut.record(0x020C, {6, 1}).record(0x0418, {32767, 32767, -32768, -32768});
+        QByteArray zigzag = QByteArray::fromHex("ff7f0080008000800080ff7fff7fff7f").repeated(100);
+        farOut.record(0x0324, {200}, zigzag).record(0x02FA, {0, 32767, 0, 0, 0}).select(0);
+        farOut.record(0x0214, {-32768, -32768}).record(0x0213, {32767, 32767});
+        QTest::newRow("shapes far beyond a tiny window") << farOut.plain() << false;
+        QTest::newRow("first record broken")
+            << Writer().raw(QByteArray("\0\0\0\0\x1b\x04", 6)).plain() << false;
+        QTest::newRow("header only") << Writer().plain() << false;
+        QTest::newRow("placeable cut in its header")
+            << Writer().placeable(10, 10, 96).left(30) << false;
+    }
+    void malformed()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, drawsFirstSquare);
+        QElapsedTimer clock;
+        clock.start();
+        QString reason;
+        const QImage image = MetafilePlayer::Render(data, QSize(200, 200), &reason);
+        QVERIFY(clock.elapsed() < 5000);
+        QCOMPARE(image.isNull(), !reason.isEmpty());
+        if (drawsFirstSquare) {
+            QVERIFY(!image.isNull());
+            QVERIFY(isColour(image, QPoint(10, 10), Red));
+        }
+    }
+
+    void samples()
+    {
+        QFile file(QStringLiteral(LUMBRA_SOURCE_DIR "/resources/samples/house.wmf"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray data = file.readAll();
+        QVERIFY(MetafilePlayer::IsMetafile(data));
+        const QImage image = MetafilePlayer::Render(data, QSize(256, 256));
+        QVERIFY(!image.isNull());
+        QVERIFY(qMax(image.width(), image.height()) == 256);
+        int coloured = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                coloured += image.pixel(x, y) != White;
+        QVERIFY(coloured > image.width() * image.height() / 20);
+    }
+
+    void corpus()
+    {
+        QDirIterator files(QStringLiteral(LUMBRA_SHARED_DIR "/corpora/wmf"),
+                           {QStringLiteral("*.wmf")}, QDir::Files, QDirIterator::Subdirectories);
+        if (!files.hasNext())
+            QSKIP("No metafile corpus next to the project");
+        while (files.hasNext()) {
+            QFile file(files.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray data = file.readAll();
+            QElapsedTimer clock;
+            clock.start();
+            QString reason;
+            const QImage image = MetafilePlayer::Render(data, QSize(400, 400), &reason);
+            QVERIFY2(!image.isNull() || !reason.isEmpty(), qPrintable(file.fileName()));
+            QVERIFY2(clock.elapsed() < 5000, qPrintable(file.fileName()));
+        }
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_MetafilePlayer)
+#include "tst_metafileplayer.moc"
