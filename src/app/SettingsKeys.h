@@ -28,6 +28,8 @@ inline Setting Option(int index)
             (index > 8 && index != 11) ? QStringLiteral("0") : QStringLiteral("1")};
 }
 inline const Setting MyColor{General, QStringLiteral("MyColor"), QStringLiteral("12648384")};
+// Whether the picture scan also takes .png and .webp files.
+inline const Setting Extra_Types{General, QStringLiteral("Extra_Types"), QStringLiteral("True")};
 inline const Setting WindowStateRead{General, QStringLiteral("Windowstate"), {}};
 inline const Setting WindowStateWrite{General, QStringLiteral("WindowState"), {}};
 inline const Setting MinToTray_Minutes{General, QStringLiteral("MinToTray_Minutes"), QStringLiteral("10")};
