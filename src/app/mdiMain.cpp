@@ -17,7 +17,9 @@
 #include "common/Formats.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
+#include "gallery/PictureMenu.h"
 #include "gallery/frmThumbnails.h"
+#include "viewing/PictureOpener.h"
 
 #include <QAction>
 #include <QApplication>
@@ -83,6 +85,10 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
 
     CreateSideBar();
 
+    // Every picture pane shares the picture menu and the one way to open a picture.
+    PictureMenu::SetMenu(m_menus->Menu(QStringLiteral("mnuPopup_ImageOptions")));
+    PictureOpener::SetHandler([this](const QString& path) { Q_EMIT OpenPictureRequested(path); });
+
     const int intervals[] = {65000, 2100, 100, 150, 2000};
     for (int i = 0; i < int(tmrMain.size()); ++i) {
         tmrMain[i].setInterval(intervals[i]);
@@ -117,6 +123,7 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
 
 mdiMain::~mdiMain()
 {
+    PictureOpener::SetHandler({});
     // Child windows announce activation changes while the frame tears them down; by then our
     // own members are gone, so stop listening first.
     m_area->disconnect(this);
@@ -577,8 +584,7 @@ void mdiMain::mnuFile_Click(int index)
     case 15:
     case 16:
     case 17:
-        if (const QString path = m_recent.Item(index - 13); !path.isEmpty())
-            Q_EMIT OpenPictureRequested(path);
+        PictureOpener::Open(m_recent.Item(index - 13));
         break;
     case 19:
         Shutdown();

@@ -86,7 +86,7 @@ Q_SIGNALS:
     void TipWindowRequested();
     // A command of a feature that answers it elsewhere: the array and the entry's index.
     void CommandRequested(const QString& array, int index);
-    // A picture to open in a window of its own (the recent entries of the File menu).
+    // A picture to open in a window of its own (double clicks on pictures, recent entries).
     void OpenPictureRequested(const QString& path);
     // The window has unloaded at the end of the run.
     void Unloaded();

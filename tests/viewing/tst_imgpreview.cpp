@@ -1,0 +1,144 @@
+#include "TestWorld.h"
+
+#include "common/AppGlobals.h"
+#include "viewing/PictureOpener.h"
+#include "viewing/ucImgPreview.h"
+
+#include <QImage>
+#include <QPointer>
+#include <QTimer>
+
+class tst_ImgPreview : public QObject
+{
+    Q_OBJECT
+
+    QString picture(const QString& name, QSize size, QColor colour = Qt::darkGreen)
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(colour);
+        const QString path = property("worldPath").toString() + u'/' + name;
+        image.save(path);
+        return path;
+    }
+
+private Q_SLOTS:
+    void fitsCentresAndDecodesAtTheSizeShown_data()
+    {
+        QTest::addColumn<QSize>("natural");
+        QTest::addColumn<QRectF>("element");
+        QTest::newRow("wide picture fitted by width") << QSize(800, 400) << QRectF(0, 50, 400, 200);
+        QTest::newRow("tall picture fitted by height") << QSize(300, 600) << QRectF(125, 0, 150, 300);
+        QTest::newRow("small picture kept and centred") << QSize(100, 50) << QRectF(150, 125, 100, 50);
+    }
+    void fitsCentresAndDecodesAtTheSizeShown()
+    {
+        QFETCH(QSize, natural);
+        QFETCH(QRectF, element);
+        ucImgPreview preview;
+        preview.resize(400, 300);
+        QSignalSpy loaded(&preview, &ucImgPreview::Loaded);
+        const QString path = picture(QStringLiteral("fit.png"), natural);
+        preview.setFileName(path);
+        QCOMPARE(preview.ImgWidth(), natural.width());
+        QCOMPARE(preview.ImgHeight(), natural.height());
+        QCOMPARE(preview.ElementRect(), element);
+        QVERIFY(preview.ElementVisible());
+        QCOMPARE(Globals().CurrentPicture, path);
+        QVERIFY(loaded.wait());
+        QCOMPARE(loaded.value(0).value(0).toBool(), true);
+        QVERIFY(preview.DecodedImage().width() <= int(element.width()) + 1);
+        QVERIFY(preview.DecodedImage().height() <= int(element.height()) + 1);
+    }
+
+    void sameNameKeepsThePictureUnlessStretching()
+    {
+        ucImgPreview preview;
+        preview.resize(400, 300);
+        const QString path = picture(QStringLiteral("same.png"), QSize(800, 400));
+        preview.setFileName(path);
+        picture(QStringLiteral("same.png"), QSize(200, 200));
+        preview.setFileName(path);
+        QCOMPARE(preview.ImgWidth(), 800);
+
+        // Stretch mode always reads the file, and records the element's size at that moment.
+        preview.setStretchMode(true);
+        preview.setFileName(path);
+        QCOMPARE(preview.ImgWidth(), 400);
+        QCOMPARE(preview.ImgHeight(), 200);
+        QCOMPARE(preview.ElementRect(), QRectF(0, 0, 400, 300));
+    }
+
+    void emptyNameKeepsThePreviousPicture()
+    {
+        ucImgPreview preview;
+        preview.resize(400, 300);
+        preview.setFileName(picture(QStringLiteral("keep.png"), QSize(100, 100)));
+        preview.resize(600, 300);
+        preview.setFileName(QString());
+        QVERIFY(preview.ElementVisible());
+        QCOMPARE(preview.ElementRect(), QRectF(250, 100, 100, 100));
+    }
+
+    void unreadableFileHidesThePicture()
+    {
+        ucImgPreview preview;
+        preview.resize(400, 300);
+        const QString path = property("worldPath").toString() + QStringLiteral("/broken.jpg");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("not a picture at all");
+        file.close();
+        QSignalSpy loaded(&preview, &ucImgPreview::Loaded);
+        preview.setFileName(path);
+        QVERIFY(!preview.ElementVisible());
+        QCOMPARE(loaded.count(), 1);
+        QCOMPARE(loaded.value(0).value(0).toBool(), false);
+    }
+
+    void doubleClickOpensUnlessTurnedOff_data()
+    {
+        QTest::addColumn<bool>("noDblClick");
+        QTest::newRow("opens") << false;
+        QTest::newRow("turned off") << true;
+    }
+    void doubleClickOpensUnlessTurnedOff()
+    {
+        QFETCH(bool, noDblClick);
+        QStringList opened;
+        PictureOpener::SetHandler([&](const QString& path) { opened << path; });
+        ucImgPreview preview;
+        preview.resize(200, 200);
+        const QString path = picture(QStringLiteral("open.png"), QSize(50, 50));
+        preview.setFileName(path);
+        preview.setNoDblClick(noDblClick);
+        QCOMPARE(preview.cursor().shape(), noDblClick ? Qt::ArrowCursor : Qt::BitmapCursor);
+        QTest::mouseDClick(&preview, Qt::LeftButton);
+        QCOMPARE(opened, noDblClick ? QStringList() : QStringList{path});
+        PictureOpener::SetHandler({});
+    }
+
+    void zoomGrowsAndEndsWhenThePaneGoes()
+    {
+        auto* preview = new ucImgPreview;
+        preview->resize(400, 300);
+        preview->setFileName(picture(QStringLiteral("zoom.png"), QSize(100, 80)));
+        QSignalSpy loaded(preview, &ucImgPreview::Loaded);
+        QVERIFY(loaded.wait());
+        QPointer<ucImgPreview> guard(preview);
+        int level = 0;
+        double width = 0;
+        QTimer::singleShot(1200, preview, [&, preview] {
+            level = preview->ZoomLevel();
+            width = preview->ElementRect().width();
+            preview->deleteLater();
+        });
+        preview->ZoomImage();
+        QVERIFY(!guard);
+        // A quarter of the picture's width more at each half-second step.
+        QVERIFY(level >= 1);
+        QCOMPARE(width, 100 * (1 + 0.25 * level));
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_ImgPreview)
+#include "tst_imgpreview.moc"
