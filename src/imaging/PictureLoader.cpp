@@ -1,11 +1,14 @@
 #include "imaging/PictureLoader.h"
 
+#include "imaging/JpegDecoder.h"
+
 #include "imaging/MetafilePlayer.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QTransform>
 #include <QtEndian>
 
 #include <algorithm>
@@ -279,6 +282,41 @@ QString readFailure(const QImageReader& reader, const QSize& decodeSize, bool fr
     }
 }
 
+// Turns pixels read in the file's stored orientation upright, as QImageReader would.
+QImage applyTransformation(const QImage& image, QImageIOHandler::Transformations orientation)
+{
+    if (orientation == QImageIOHandler::TransformationNone)
+        return image;
+    if (orientation == QImageIOHandler::TransformationRotate270)
+        return image.transformed(QTransform().rotate(270));
+    QImage result = image.mirrored(orientation & QImageIOHandler::TransformationMirror,
+                                   orientation & QImageIOHandler::TransformationFlip);
+    if (orientation & QImageIOHandler::TransformationRotate90)
+        result = result.transformed(QTransform().rotate(90));
+    return result;
+}
+
+// JPEG through libjpeg's reduced decoding, straight from the file's bytes (mapped, not copied).
+JpegDecoder::Result decodeJpeg(QIODevice& device, const QSize& natural, const QSize& box,
+                               bool enlarge, bool turned)
+{
+    const QSize target = PictureLoader::FitSize(natural, box, enlarge);
+    const QSize atLeast = box.isEmpty() ? QSize() : (turned ? target.transposed() : target);
+    if (auto* file = qobject_cast<QFile*>(&device)) {
+        uchar* mapped = file->map(0, file->size());
+        if (!mapped)
+            return {};
+        JpegDecoder::Result result =
+            JpegDecoder::Decode(mapped, file->size(), atLeast, PictureLoader::MaxPixels);
+        file->unmap(mapped);
+        return result;
+    }
+    if (auto* buffer = qobject_cast<QBuffer*>(&device))
+        return JpegDecoder::Decode(reinterpret_cast<const uchar*>(buffer->data().constData()),
+                                   buffer->data().size(), atLeast, PictureLoader::MaxPixels);
+    return {};
+}
+
 LoadedPicture loadFromDevice(QIODevice& device, const QString& nameHint, const QSize& box,
                              bool enlarge)
 {
@@ -333,7 +371,16 @@ LoadedPicture loadFromDevice(QIODevice& device, const QString& nameHint, const Q
     }
 
     QImage image;
-    if (!reader.read(&image) || image.isNull()) {
+    if (result.format == "jpeg" && stored.isValid()) {
+        const JpegDecoder::Result jpeg = decodeJpeg(device, result.naturalSize, box, enlarge, turned);
+        if (jpeg.truncated) {
+            result.reason = damaged();
+            return result;
+        }
+        if (!jpeg.image.isNull())
+            image = applyTransformation(jpeg.image, reader.transformation());
+    }
+    if (image.isNull() && (!reader.read(&image) || image.isNull())) {
         result.reason = readFailure(reader, decodeSize, detected.fromContent);
         return result;
     }

@@ -362,6 +362,7 @@ private slots:
         QByteArray hugeGif = Gif;
         hugeGif[6] = hugeGif[7] = hugeGif[8] = hugeGif[9] = char(0xFF);
         const QByteArray png = encode(quadrants({200, 200}), "png");
+        const QByteArray jpeg = encode(quadrants({400, 300}), "jpeg");
 
         QTest::newRow("missing") << "missing.png" << QByteArray() << notFound;
         QTest::newRow("folder") << "folder.png/" << QByteArray()
@@ -372,6 +373,7 @@ private slots:
         QTest::newRow("text") << "notes.txt" << QByteArray("just some words\n") << notPicture;
         QTest::newRow("jpeg header only") << "cut.jpg" << QByteArray("\xFF\xD8\xFF\xE0") << damaged;
         QTest::newRow("truncated png") << "truncated.png" << png.left(png.size() / 3) << damaged;
+        QTest::newRow("truncated jpeg") << "truncated.jpg" << jpeg.left(jpeg.size() / 2) << damaged;
         QTest::newRow("bmp of 400 megapixels") << "huge.bmp" << hugeBmp << tooLarge;
         QTest::newRow("gif of 4 gigapixels") << "huge.gif" << hugeGif << tooLarge;
     }
