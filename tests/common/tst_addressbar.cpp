@@ -48,8 +48,7 @@ private Q_SLOTS:
     void trailingSeparator()
     {
         QFETCH(QString, value);
-        QFETCH(QString, address);
-        QCOMPARE(AddressRules::WithTrailingSeparator(value), address);
+        QTEST(AddressRules::WithTrailingSeparator(value), "address");
     }
 
     void shortenedText()
@@ -74,8 +73,7 @@ private Q_SLOTS:
     void addressExists()
     {
         QFETCH(QString, typed);
-        QFETCH(bool, exists);
-        QCOMPARE(AddressRules::AddressExists(world(typed)), exists);
+        QTEST(AddressRules::AddressExists(world(typed)), "exists");
         // A relative path would depend on the working folder.
         QVERIFY(!AddressRules::AddressExists(typed));
     }
@@ -193,8 +191,7 @@ private Q_SLOTS:
     void folderUp()
     {
         QFETCH(QString, path);
-        QFETCH(QString, up);
-        QCOMPARE(FolderRules::FolderUp(path), up);
+        QTEST(FolderRules::FolderUp(path), "up");
     }
 
     void folderUpButtonFollowsCurrentPath()

@@ -66,259 +66,246 @@ private slots:
         QFile::remove(SettingsStore::defaultPath());
         SettingsStore::reopenGlobal();
     }
-    void docking_data();
-    void docking();
-    void rolling_data();
-    void rolling();
-    void stateReadAtCreation_data();
-    void stateReadAtCreation();
-    void userToggle_data();
-    void userToggle();
-    void userDragWritesSide();
-    void fileDrops_data();
-    void fileDrops();
+
+    void docking_data()
+    {
+        QTest::addColumn<int>("side");
+        QTest::addColumn<int>("expected");
+        QTest::addColumn<Qt::Orientation>("orientation");
+
+        QTest::newRow("top") << 1 << 1 << Qt::Horizontal;
+        QTest::newRow("bottom") << 2 << 2 << Qt::Horizontal;
+        QTest::newRow("left") << 3 << 3 << Qt::Vertical;
+        QTest::newRow("right") << 4 << 4 << Qt::Vertical;
+        QTest::newRow("0 ignored") << 0 << 4 << Qt::Vertical;
+        QTest::newRow("5 ignored") << 5 << 4 << Qt::Vertical;
+    }
+
+    void docking()
+    {
+        QFETCH(int, side);
+        QFETCH(int, expected);
+        QFETCH(Qt::Orientation, orientation);
+
+        Window w;
+        QVERIFY(w.show());
+        if (side != expected)
+            w.bar->Dock(expected);
+        QSignalSpy docked(w.bar, &ucSideBar::Docked);
+        w.bar->Dock(side);
+
+        QCOMPARE(w.bar->Align(), expected);
+        QCOMPARE(w.bar->Orientation(), orientation);
+        QCOMPARE(docked.size(), side == expected ? 1 : 0);
+        const auto onItsSide = [&] {
+            const QRect b = w.bar->geometry();
+            const QRect c = w.central->geometry();
+            return expected == 1   ? b.bottom() < c.top()
+                   : expected == 2 ? b.top() > c.bottom()
+                   : expected == 3 ? b.right() < c.left()
+                                   : b.left() > c.right();
+        };
+        QTRY_VERIFY(onItsSide());
+        // Only a drag by the user records the side.
+        QVERIFY(!SettingsStore::global().contains(Form, QStringLiteral("SideBar_Align_0")));
+    }
+
+    void rolling_data()
+    {
+        QTest::addColumn<int>("side");
+        QTest::addColumn<int>("small");
+
+        QTest::newRow("left, default strip") << 3 << 10;
+        QTest::newRow("bottom, wider strip") << 2 << 16;
+    }
+
+    void rolling()
+    {
+        QFETCH(int, side);
+        QFETCH(int, small);
+
+        Window w;
+        w.bar->Dock(side);
+        w.bar->setRoll_SmallWidth(small);
+        QVERIFY(w.show());
+        QTRY_VERIFY(w.extent() > 3 * small);
+        const int full = w.extent();
+
+        QStringList log;
+        connect(w.bar, &ucSideBar::BeginRolling, this,
+                [&](bool up) { log << QStringLiteral("begin %1").arg(up); });
+        connect(w.bar, &ucSideBar::Rolling, this, [&](int size) { log << QString::number(size); });
+        connect(w.bar, &ucSideBar::EndRolling, this,
+                [&](bool up) { log << QStringLiteral("end %1").arg(up); });
+        QSignalSpy ended(w.bar, &ucSideBar::EndRolling);
+
+        for (const bool up : {true, false}) {
+            log.clear();
+            up ? w.bar->RollUp() : w.bar->RollOut();
+            QCOMPARE(w.bar->isRolledUp(), up);
+            QVERIFY(ended.wait());
+            const int size = up ? small : full;
+            // Begin, animation frames ending on the final size, end.
+            QVERIFY2(log.size() >= 4, qPrintable(log.join(u',')));
+            QCOMPARE(log.first(), QStringLiteral("begin %1").arg(up));
+            QCOMPARE(log.at(log.size() - 2), QString::number(size));
+            QCOMPARE(log.last(), QStringLiteral("end %1").arg(up));
+            QTRY_COMPARE(w.extent(), size);
+            QCOMPARE(w.content->isVisible(), !up);
+            QVERIFY(w.bar->findChild<QToolButton*>()->isVisible());
+        }
+    }
+
+    void stateReadAtCreation_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("rolledUp");
+
+        QTest::newRow("nothing stored") << QString() << false;
+        QTest::newRow("False") << QStringLiteral("False") << true;
+        QTest::newRow("zero") << QStringLiteral("0") << true;
+        QTest::newRow("not a boolean") << QStringLiteral("maybe") << false;
+    }
+
+    void stateReadAtCreation()
+    {
+        QFETCH(QString, stored);
+        QFETCH(bool, rolledUp);
+
+        if (!stored.isNull())
+            SettingsStore::global().write(Form, QStringLiteral("ucSidebar|ucSideBar(1)"), stored);
+        Window w(1);
+        QVERIFY(w.show());
+        QCOMPARE(w.bar->isRolledUp(), rolledUp);
+        QCOMPARE(w.bar->ManualHide(), rolledUp);
+        QTRY_COMPARE(w.extent() == w.bar->Roll_SmallWidth(), rolledUp);
+
+        // A bar the user rolled up stays up when code asks for it, and takes its strip along to
+        // another side, where it still runs the whole length.
+        w.bar->RollOut();
+        QCOMPARE(w.bar->isRolledUp(), rolledUp);
+        w.bar->Dock(1);
+        QTRY_COMPARE(w.bar->width(), w.main.width());
+        QCOMPARE(w.bar->height() == w.bar->Roll_SmallWidth(), rolledUp);
+    }
+
+    void userToggle_data()
+    {
+        QTest::addColumn<bool>("on");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("writtenOn");
+
+        QTest::newRow("button, on") << true << QStringLiteral("button") << false;
+        QTest::newRow("button, off") << false << QStringLiteral("button") << true;
+        QTest::newRow("menu, off") << false << QStringLiteral("menu") << true;
+        QTest::newRow("strip, off") << false << QStringLiteral("strip") << true;
+        QTest::newRow("code does not write") << true << QStringLiteral("code") << true;
+        QTest::newRow("disabled") << true << QStringLiteral("disabled") << true;
+    }
+
+    void userToggle()
+    {
+        QFETCH(bool, on);
+        QFETCH(QString, how);
+        QFETCH(bool, writtenOn);
+
+        const QString key = QStringLiteral("ucSidebar|ucSideBar(2)");
+        SettingsStore::global().write(Form, key,
+                                      on ? QStringLiteral("True") : QStringLiteral("False"));
+        Window w(2);
+        QVERIFY(w.show());
+        const bool wasUp = w.bar->isRolledUp();
+        auto* button = w.bar->findChild<QToolButton*>();
+
+        if (how == u"button") {
+            QTest::mouseClick(button, Qt::LeftButton);
+        } else if (how == u"menu") {
+            w.bar->findChild<QAction*>(QStringLiteral("mnuShow"))->trigger();
+        } else if (how == u"strip") {
+            QWidget* strip = w.bar->titleBarWidget();
+            const QPoint at = strip->mapToGlobal(QPoint(strip->width() / 2, strip->height() - 5));
+            QVERIFY(!button->rect().contains(button->mapFromGlobal(at)));
+            sendMouse(strip, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+            sendMouse(strip, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+        } else if (how == u"code") {
+            w.bar->ToggleRoll();
+        } else {
+            w.bar->setEnabledState(false);
+            QVERIFY(!button->isEnabled());
+            QVERIFY(!w.content->isEnabled());
+            QTest::mouseClick(button, Qt::LeftButton);
+            w.bar->UserToggle();
+        }
+
+        const bool toggled = how != u"disabled";
+        QCOMPARE(w.bar->isRolledUp(), toggled != wasUp);
+        QCOMPARE(storedOnDisk(key), writtenOn ? QStringLiteral("True") : QStringLiteral("False"));
+        if (how != u"code")
+            QCOMPARE(w.bar->ManualHide(), w.bar->isRolledUp());
+    }
+
+    void userDragWritesSide()
+    {
+        Window w(2);
+        QVERIFY(w.show());
+        QSignalSpy dragMode(w.bar, &ucSideBar::DragModeChanged);
+
+        // Press on the title, move past the drag distance, then let go at the right edge.
+        QWidget* title = w.bar->titleBarWidget();
+        const QPoint start = title->mapToGlobal(title->rect().center());
+        const QPoint target = w.main.mapToGlobal(QPoint(w.main.width() - 10, w.main.height() / 2));
+        sendMouse(w.bar, QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+        sendMouse(w.bar, QEvent::MouseMove, start + QPoint(30, 0), Qt::NoButton, Qt::LeftButton);
+        QCOMPARE(dragMode.size(), 1);
+        QCOMPARE(dragMode.at(0).at(0).toBool(), true);
+        sendMouse(w.bar, QEvent::MouseMove, target, Qt::NoButton, Qt::LeftButton);
+        sendMouse(w.bar, QEvent::MouseButtonRelease, target, Qt::LeftButton, Qt::NoButton);
+
+        QTRY_COMPARE(dragMode.size(), 2);
+        QCOMPARE(dragMode.at(1).at(0).toBool(), false);
+        QCOMPARE(w.bar->Align(), 4);
+        QCOMPARE(storedOnDisk(QStringLiteral("SideBar_Align_2")), QStringLiteral("4"));
+        // The key read at start is another one and stays untouched.
+        QVERIFY(!SettingsStore::global().contains(Form, QStringLiteral("SideBar_Align")));
+    }
+
+    void fileDrops_data()
+    {
+        QTest::addColumn<bool>("files");
+
+        QTest::newRow("file list") << true;
+        QTest::newRow("plain text") << false;
+    }
+
+    void fileDrops()
+    {
+        QFETCH(bool, files);
+
+        Window w;
+        QVERIFY(w.show());
+        QMimeData data;
+        files ? data.setUrls({QUrl::fromLocalFile(QStringLiteral("/pictures/a.jpg"))})
+              : data.setText(QStringLiteral("not files"));
+        QSignalSpy over(w.bar, &ucSideBar::OLEDraggingOver);
+        QSignalSpy dropped(w.bar, &ucSideBar::OLEDrop);
+
+        const QPoint at(20, 60);
+        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(w.bar, &enter);
+        QCOMPARE(enter.isAccepted(), files);
+        QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(w.bar, &move);
+        QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(w.bar, &drop);
+
+        QCOMPARE(over.size(), files ? 2 : 0);
+        QCOMPARE(dropped.size(), files ? 1 : 0);
+        if (files) {
+            QCOMPARE(dropped.at(0).at(0).value<const QMimeData*>(), &data);
+            QCOMPARE(dropped.at(0).at(1).toPoint(), at);
+        }
+    }
 };
-
-void tst_ucSideBar::docking_data()
-{
-    QTest::addColumn<int>("side");
-    QTest::addColumn<int>("expected");
-    QTest::addColumn<Qt::Orientation>("orientation");
-
-    QTest::newRow("top") << 1 << 1 << Qt::Horizontal;
-    QTest::newRow("bottom") << 2 << 2 << Qt::Horizontal;
-    QTest::newRow("left") << 3 << 3 << Qt::Vertical;
-    QTest::newRow("right") << 4 << 4 << Qt::Vertical;
-    QTest::newRow("0 ignored") << 0 << 4 << Qt::Vertical;
-    QTest::newRow("5 ignored") << 5 << 4 << Qt::Vertical;
-}
-
-void tst_ucSideBar::docking()
-{
-    QFETCH(int, side);
-    QFETCH(int, expected);
-    QFETCH(Qt::Orientation, orientation);
-
-    Window w;
-    QVERIFY(w.show());
-    if (side != expected)
-        w.bar->Dock(expected);
-    QSignalSpy docked(w.bar, &ucSideBar::Docked);
-    w.bar->Dock(side);
-
-    QCOMPARE(w.bar->Align(), expected);
-    QCOMPARE(w.bar->Orientation(), orientation);
-    QCOMPARE(docked.size(), side == expected ? 1 : 0);
-    const auto onItsSide = [&] {
-        const QRect b = w.bar->geometry();
-        const QRect c = w.central->geometry();
-        return expected == 1   ? b.bottom() < c.top()
-               : expected == 2 ? b.top() > c.bottom()
-               : expected == 3 ? b.right() < c.left()
-                               : b.left() > c.right();
-    };
-    QTRY_VERIFY(onItsSide());
-    // Only a drag by the user records the side.
-    QVERIFY(!SettingsStore::global().contains(Form, QStringLiteral("SideBar_Align_0")));
-}
-
-void tst_ucSideBar::rolling_data()
-{
-    QTest::addColumn<int>("side");
-    QTest::addColumn<int>("small");
-
-    QTest::newRow("left, default strip") << 3 << 10;
-    QTest::newRow("right, wider strip") << 4 << 16;
-    QTest::newRow("top, default strip") << 1 << 10;
-    QTest::newRow("bottom, wider strip") << 2 << 16;
-}
-
-void tst_ucSideBar::rolling()
-{
-    QFETCH(int, side);
-    QFETCH(int, small);
-
-    Window w;
-    w.bar->Dock(side);
-    w.bar->setRoll_SmallWidth(small);
-    QVERIFY(w.show());
-    QTRY_VERIFY(w.extent() > 3 * small);
-    const int full = w.extent();
-
-    QStringList log;
-    connect(w.bar, &ucSideBar::BeginRolling, this,
-            [&](bool up) { log << QStringLiteral("begin %1").arg(up); });
-    connect(w.bar, &ucSideBar::Rolling, this, [&](int size) { log << QString::number(size); });
-    connect(w.bar, &ucSideBar::EndRolling, this,
-            [&](bool up) { log << QStringLiteral("end %1").arg(up); });
-    QSignalSpy ended(w.bar, &ucSideBar::EndRolling);
-
-    for (const bool up : {true, false}) {
-        log.clear();
-        up ? w.bar->RollUp() : w.bar->RollOut();
-        QCOMPARE(w.bar->isRolledUp(), up);
-        QVERIFY(ended.wait());
-        const int size = up ? small : full;
-        // Begin, animation frames ending on the final size, end.
-        QVERIFY2(log.size() >= 4, qPrintable(log.join(u',')));
-        QCOMPARE(log.first(), QStringLiteral("begin %1").arg(up));
-        QCOMPARE(log.at(log.size() - 2), QString::number(size));
-        QCOMPARE(log.last(), QStringLiteral("end %1").arg(up));
-        QTRY_COMPARE(w.extent(), size);
-        QCOMPARE(w.content->isVisible(), !up);
-        QVERIFY(w.bar->findChild<QToolButton*>()->isVisible());
-    }
-}
-
-void tst_ucSideBar::stateReadAtCreation_data()
-{
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<bool>("rolledUp");
-
-    QTest::newRow("nothing stored") << QString() << false;
-    QTest::newRow("False") << QStringLiteral("False") << true;
-    QTest::newRow("zero") << QStringLiteral("0") << true;
-    QTest::newRow("not a boolean") << QStringLiteral("maybe") << false;
-}
-
-void tst_ucSideBar::stateReadAtCreation()
-{
-    QFETCH(QString, stored);
-    QFETCH(bool, rolledUp);
-
-    if (!stored.isNull())
-        SettingsStore::global().write(Form, QStringLiteral("ucSidebar|ucSideBar(1)"), stored);
-    Window w(1);
-    QVERIFY(w.show());
-    QCOMPARE(w.bar->isRolledUp(), rolledUp);
-    QCOMPARE(w.bar->ManualHide(), rolledUp);
-    QTRY_COMPARE(w.extent() == w.bar->Roll_SmallWidth(), rolledUp);
-
-    // A bar the user rolled up stays up when code asks for it, and takes its strip along to
-    // another side, where it still runs the whole length.
-    w.bar->RollOut();
-    QCOMPARE(w.bar->isRolledUp(), rolledUp);
-    w.bar->Dock(1);
-    QTRY_COMPARE(w.bar->width(), w.main.width());
-    QCOMPARE(w.bar->height() == w.bar->Roll_SmallWidth(), rolledUp);
-}
-
-void tst_ucSideBar::userToggle_data()
-{
-    QTest::addColumn<bool>("on");
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("writtenOn");
-
-    QTest::newRow("button, on") << true << QStringLiteral("button") << false;
-    QTest::newRow("button, off") << false << QStringLiteral("button") << true;
-    QTest::newRow("menu, on") << true << QStringLiteral("menu") << false;
-    QTest::newRow("menu, off") << false << QStringLiteral("menu") << true;
-    QTest::newRow("strip, off") << false << QStringLiteral("strip") << true;
-    QTest::newRow("code does not write") << true << QStringLiteral("code") << true;
-    QTest::newRow("disabled") << true << QStringLiteral("disabled") << true;
-}
-
-void tst_ucSideBar::userToggle()
-{
-    QFETCH(bool, on);
-    QFETCH(QString, how);
-    QFETCH(bool, writtenOn);
-
-    const QString key = QStringLiteral("ucSidebar|ucSideBar(2)");
-    SettingsStore::global().write(Form, key, on ? QStringLiteral("True") : QStringLiteral("False"));
-    Window w(2);
-    QVERIFY(w.show());
-    const bool wasUp = w.bar->isRolledUp();
-    auto* button = w.bar->findChild<QToolButton*>();
-
-    if (how == u"button") {
-        QTest::mouseClick(button, Qt::LeftButton);
-    } else if (how == u"menu") {
-        w.bar->findChild<QAction*>(QStringLiteral("mnuShow"))->trigger();
-    } else if (how == u"strip") {
-        QWidget* strip = w.bar->titleBarWidget();
-        const QPoint at = strip->mapToGlobal(QPoint(strip->width() / 2, strip->height() - 5));
-        QVERIFY(!button->rect().contains(button->mapFromGlobal(at)));
-        sendMouse(strip, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
-        sendMouse(strip, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
-    } else if (how == u"code") {
-        w.bar->ToggleRoll();
-    } else {
-        w.bar->setEnabledState(false);
-        QVERIFY(!button->isEnabled());
-        QVERIFY(!w.content->isEnabled());
-        QTest::mouseClick(button, Qt::LeftButton);
-        w.bar->UserToggle();
-    }
-
-    const bool toggled = how != u"disabled";
-    QCOMPARE(w.bar->isRolledUp(), toggled != wasUp);
-    QCOMPARE(storedOnDisk(key), writtenOn ? QStringLiteral("True") : QStringLiteral("False"));
-    if (how != u"code")
-        QCOMPARE(w.bar->ManualHide(), w.bar->isRolledUp());
-}
-
-void tst_ucSideBar::userDragWritesSide()
-{
-    Window w(2);
-    QVERIFY(w.show());
-    QSignalSpy dragMode(w.bar, &ucSideBar::DragModeChanged);
-
-    // Press on the title, move past the drag distance, then let go at the right edge.
-    QWidget* title = w.bar->titleBarWidget();
-    const QPoint start = title->mapToGlobal(title->rect().center());
-    const QPoint target = w.main.mapToGlobal(QPoint(w.main.width() - 10, w.main.height() / 2));
-    sendMouse(w.bar, QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-    sendMouse(w.bar, QEvent::MouseMove, start + QPoint(30, 0), Qt::NoButton, Qt::LeftButton);
-    QCOMPARE(dragMode.size(), 1);
-    QCOMPARE(dragMode.at(0).at(0).toBool(), true);
-    sendMouse(w.bar, QEvent::MouseMove, target, Qt::NoButton, Qt::LeftButton);
-    sendMouse(w.bar, QEvent::MouseButtonRelease, target, Qt::LeftButton, Qt::NoButton);
-
-    QTRY_COMPARE(dragMode.size(), 2);
-    QCOMPARE(dragMode.at(1).at(0).toBool(), false);
-    QCOMPARE(w.bar->Align(), 4);
-    QCOMPARE(storedOnDisk(QStringLiteral("SideBar_Align_2")), QStringLiteral("4"));
-    // The key read at start is another one and stays untouched.
-    QVERIFY(!SettingsStore::global().contains(Form, QStringLiteral("SideBar_Align")));
-}
-
-void tst_ucSideBar::fileDrops_data()
-{
-    QTest::addColumn<bool>("files");
-
-    QTest::newRow("file list") << true;
-    QTest::newRow("plain text") << false;
-}
-
-void tst_ucSideBar::fileDrops()
-{
-    QFETCH(bool, files);
-
-    Window w;
-    QVERIFY(w.show());
-    QMimeData data;
-    files ? data.setUrls({QUrl::fromLocalFile(QStringLiteral("/pictures/a.jpg"))})
-          : data.setText(QStringLiteral("not files"));
-    QSignalSpy over(w.bar, &ucSideBar::OLEDraggingOver);
-    QSignalSpy dropped(w.bar, &ucSideBar::OLEDrop);
-
-    const QPoint at(20, 60);
-    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(w.bar, &enter);
-    QCOMPARE(enter.isAccepted(), files);
-    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(w.bar, &move);
-    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(w.bar, &drop);
-
-    QCOMPARE(over.size(), files ? 2 : 0);
-    QCOMPARE(dropped.size(), files ? 1 : 0);
-    if (files) {
-        QCOMPARE(dropped.at(0).at(0).value<const QMimeData*>(), &data);
-        QCOMPARE(dropped.at(0).at(1).toPoint(), at);
-    }
-}
 
 LUMBRA_TEST_MAIN(tst_ucSideBar)
 #include "tst_ucsidebar.moc"

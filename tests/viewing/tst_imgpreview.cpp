@@ -27,7 +27,6 @@ private Q_SLOTS:
         QTest::addColumn<QSize>("natural");
         QTest::addColumn<QRectF>("element");
         QTest::newRow("wide picture fitted by width") << QSize(800, 400) << QRectF(0, 50, 400, 200);
-        QTest::newRow("tall picture fitted by height") << QSize(300, 600) << QRectF(125, 0, 150, 300);
         QTest::newRow("small picture kept and centred") << QSize(100, 50) << QRectF(150, 125, 100, 50);
     }
     void fitsCentresAndDecodesAtTheSizeShown()

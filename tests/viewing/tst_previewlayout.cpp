@@ -38,12 +38,6 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 x %2").arg(fitted.width()).arg(fitted.height())));
     }
 
-    void centre()
-    {
-        QCOMPARE(PreviewLayout::Centre(QSizeF(400, 300), QSizeF(400, 300)), QPointF(0, 0));
-        QCOMPARE(PreviewLayout::Centre(QSizeF(100, 50), QSizeF(400, 300)), QPointF(150, 125));
-    }
-
     void zoomCycle()
     {
         // A 100-wide picture in a 180-wide container: 125, 150, 175, then back to natural size.
