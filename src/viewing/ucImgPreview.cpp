@@ -20,9 +20,12 @@ namespace {
 // behind thumbnail work.
 QThreadPool& previewPool()
 {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(2);
-    return pool;
+    static QThreadPool* pool = [] {
+        auto* made = new QThreadPool;
+        made->setMaxThreadCount(2);
+        return made;
+    }();
+    return *pool;
 }
 
 QCursor magnifierCursor()
