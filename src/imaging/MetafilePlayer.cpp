@@ -32,11 +32,16 @@ struct GdiObject
         Pen,
         Brush,
         Font,
+        Palette,
+        Region,
         Other
     } kind = Free;
     QPen pen;
     QBrush brush;
+    QImage monoPattern; // a brush drawn in the text and background colours of the moment
     LogFont font;
+    MetafileRecords::Palette palette;
+    QPainterPath region;
 };
 
 struct DcState
@@ -47,6 +52,8 @@ struct DcState
     bool windowExtSet = false, viewportExtSet = false;
     QPen pen{QBrush(Qt::black), 0};
     QBrush brush{Qt::white};
+    QImage monoPattern;
+    MetafileRecords::Palette palette; // empty until the file selects one
     LogFont font;
     QColor bkColor = Qt::white, textColor = Qt::black;
     bool opaqueBackground = true;
@@ -71,12 +78,18 @@ public:
 
 private:
     QTransform logicalToDevice() const;
-    void handle(const Record& r);
+    // False when the record is malformed in a way that makes the rest untrustworthy.
+    bool handle(const Record& r);
     void reset();
 
     void addObject(GdiObject object);
     void selectObject(int index);
     void deleteObject(int index);
+    void selectPalette(int index);
+    const MetafileRecords::Palette& palette() const;
+    QImage decodeBitmap(const QByteArray& dib, int usage) const;
+    GdiObject makePatternBrush(const Record& r) const;
+    QBrush paintBrush() const;
 
     void drawPath(const QPainterPath& path, bool fill);
     void drawImage(const QRectF& target, const QImage& image, const QRectF& source, quint32 rop);
@@ -85,6 +98,8 @@ private:
                   const QRectF& box);
     void beginDraw();
     void setClip(const QRectF& rect, bool exclude);
+    void selectClipRegion(const QPainterPath& region);
+    void offsetClip(QPointF by);
 
     QByteArray m_data;
     // Measuring and painting share one time budget.
@@ -237,7 +252,8 @@ int Player::play(QPainter* painter, const QTransform& deviceToImage)
         if (sizeWords < 3 || sizeWords > quint32((m_data.size() - at) / 2))
             break;
         const Record r{base + at + 6, qsizetype(sizeWords) - 3, function};
-        handle(r);
+        if (!handle(r))
+            break;
         ++played;
         at += qsizetype(sizeWords) * 2;
         if ((played & 15) == 0 && m_deadline.hasExpired())
@@ -281,9 +297,13 @@ void Player::selectObject(int index)
         break;
     case GdiObject::Brush:
         m_dc.brush = o.brush;
+        m_dc.monoPattern = o.monoPattern;
         break;
     case GdiObject::Font:
         m_dc.font = o.font;
+        break;
+    case GdiObject::Region: // selecting a region makes it the clip region
+        selectClipRegion(o.region);
         break;
     default:
         break;
@@ -296,6 +316,64 @@ void Player::deleteObject(int index)
         return;
     m_objects[index] = GdiObject();
     m_freeSlots.insert(index);
+}
+
+void Player::selectPalette(int index)
+{
+    if (index >= 0 && index < int(m_objects.size()) && m_objects[index].kind == GdiObject::Palette)
+        m_dc.palette = m_objects[index].palette;
+}
+
+// The palette that DIB_PAL_COLORS indices refer to.
+const MetafileRecords::Palette& Player::palette() const
+{
+    return m_dc.palette.isEmpty() ? defaultPalette() : m_dc.palette;
+}
+
+QImage Player::decodeBitmap(const QByteArray& dib, int usage) const
+{
+    if (!m_painter) // measuring needs no pixels
+        return {};
+    return decodeDib(usage == DIB_PAL_COLORS ? resolvePaletteColours(dib, palette()) : dib);
+}
+
+// DibCreatePatternBrush: style, colour usage, DIB.
+GdiObject Player::makePatternBrush(const Record& r) const
+{
+    GdiObject o;
+    o.kind = GdiObject::Brush;
+    if (!m_painter)
+        return o;
+    const QByteArray dib = r.bytes(2);
+    // A BS_PATTERN brush comes from a device bitmap: a monochrome one takes the DC's colours, as
+    // CreatePatternBrush brushes do, and a colour one holds RGB whatever the usage says.
+    if (r.u(0) == BS_PATTERN) {
+        o.monoPattern = decodeMonoDib(dib);
+        if (!o.monoPattern.isNull())
+            return o;
+    }
+    const QImage pattern = decodeBitmap(dib, r.u(0) == BS_PATTERN ? int(DIB_RGB_COLORS) : r.u(1));
+    o.brush = pattern.isNull() ? QBrush(Qt::gray) : QBrush(pattern);
+    return o;
+}
+
+// The brush to paint with: monochrome patterns coloured now, and patterns laid in device pixels
+// from the device origin, as GDI lays them, whatever the mapping.
+QBrush Player::paintBrush() const
+{
+    QBrush brush = m_dc.brush;
+    if (!m_dc.monoPattern.isNull()) {
+        QImage pattern = m_dc.monoPattern;
+        pattern.setColorTable({m_dc.textColor.rgb(), m_dc.bkColor.rgb()});
+        brush = QBrush(pattern.convertToFormat(QImage::Format_RGB32));
+    }
+    if (brush.style() == Qt::TexturePattern) {
+        bool invertible = false;
+        const QTransform deviceToLogical = logicalToDevice().inverted(&invertible);
+        if (invertible)
+            brush.setTransform(deviceToLogical);
+    }
+    return brush;
 }
 
 QPainter::CompositionMode ropMode(int rop2)
@@ -393,7 +471,7 @@ void Player::beginDraw()
     }
     m_painter->setWorldTransform(logicalToDevice() * m_deviceToImage);
     QPen pen = m_dc.pen;
-    QBrush brush = m_dc.brush;
+    QBrush brush = paintBrush();
     if (m_dc.rop2 == R2_BLACK || m_dc.rop2 == R2_WHITE) {
         const QColor c = m_dc.rop2 == R2_BLACK ? Qt::black : Qt::white;
         pen.setColor(c);
@@ -433,7 +511,12 @@ void Player::drawPath(const QPainterPath& path, bool fill)
         pen.setWidthF(std::min(pen.widthF() * std::sqrt(std::abs(toImage.determinant())), margin));
     m_painter->save();
     m_painter->resetTransform();
-    if (fill && m_painter->brush().style() != Qt::NoBrush) {
+    QBrush brush = m_painter->brush();
+    if (brush.style() == Qt::TexturePattern) {
+        brush.setTransform(brush.transform() * toImage);
+        m_painter->setBrush(brush);
+    }
+    if (fill && brush.style() != Qt::NoBrush) {
         QPainterPath clipped;
         clipped.setFillRule(path.fillRule());
         for (const QPolygonF& polygon : polygons)
@@ -495,7 +578,7 @@ void Player::patBlt(const QRectF& target, quint32 rop)
         m_drawnBounds |= logicalToDevice().mapRect(target.normalized());
         return;
     }
-    QBrush brush = m_dc.brush;
+    QBrush brush = paintBrush();
     switch (rop) {
     case BLACKNESS:
         brush = QBrush(Qt::black);
@@ -537,6 +620,22 @@ void Player::setClip(const QRectF& rect, bool exclude)
     QPainterPath cut;
     cut.addRect(rect);
     m_painter->setClipPath(keep.subtracted(cut));
+}
+
+void Player::selectClipRegion(const QPainterPath& region)
+{
+    if (!m_painter)
+        return;
+    m_painter->setWorldTransform(logicalToDevice() * m_deviceToImage);
+    m_painter->setClipPath(region, Qt::ReplaceClip);
+}
+
+void Player::offsetClip(QPointF by)
+{
+    if (!m_painter || !m_painter->hasClipping())
+        return;
+    m_painter->setWorldTransform(logicalToDevice() * m_deviceToImage);
+    m_painter->setClipPath(m_painter->clipPath().translated(by), Qt::ReplaceClip);
 }
 
 void Player::drawText(QPointF at, const QString& text, const std::vector<int>& dx, int options,
@@ -632,7 +731,7 @@ void Player::drawText(QPointF at, const QString& text, const std::vector<int>& d
     m_painter->restore();
 }
 
-void Player::handle(const Record& r)
+bool Player::handle(const Record& r)
 {
     DcState& dc = m_dc;
     switch (r.function) {
@@ -727,18 +826,19 @@ void Player::handle(const Record& r)
         addObject(std::move(o));
         break;
     }
-    case DibCreatePatternBrush: {
-        GdiObject o;
-        o.kind = GdiObject::Brush;
-        const QImage pattern = m_painter ? decodeDib(r.bytes(2)) : QImage();
-        o.brush = pattern.isNull() ? QBrush(Qt::gray) : QBrush(pattern);
-        addObject(std::move(o));
+    case DibCreatePatternBrush:
+        addObject(makePatternBrush(r));
         break;
-    }
     case CreatePatternBrush: {
         GdiObject o;
         o.kind = GdiObject::Brush;
-        o.brush = QBrush(Qt::gray);
+        const QImage pattern = m_painter ? decodeBitmap16(r) : QImage();
+        if (pattern.isNull())
+            o.brush = QBrush(Qt::gray);
+        else if (pattern.format() == QImage::Format_Mono)
+            o.monoPattern = pattern;
+        else
+            o.brush = QBrush(pattern);
         addObject(std::move(o));
         break;
     }
@@ -749,16 +849,35 @@ void Player::handle(const Record& r)
         addObject(std::move(o));
         break;
     }
-    case CreatePalette:
-    case CreateRegion: {
-        // Kept only so that later objects land in the slots the file expects.
+    case CreatePalette: {
         GdiObject o;
-        o.kind = GdiObject::Other;
+        o.kind = GdiObject::Palette;
+        o.palette = makePalette(r);
+        addObject(std::move(o));
+        break;
+    }
+    case CreateRegion: {
+        GdiObject o;
+        o.kind = GdiObject::Region;
+        if (!makeRegion(r, &o.region))
+            return false;
         addObject(std::move(o));
         break;
     }
     case SelectObject:
         selectObject(r.u(0));
+        break;
+    case SelectPalette:
+        selectPalette(r.u(0));
+        break;
+    case RealizePalette:
+        break; // indices map through the selected logical palette as it is
+    case SelectClipRegion:
+        if (r.u(0) < m_objects.size() && m_objects[r.u(0)].kind == GdiObject::Region)
+            selectClipRegion(m_objects[r.u(0)].region);
+        break;
+    case OffsetClipRgn:
+        offsetClip(r.point(0));
         break;
     case DeleteObject:
         deleteObject(r.u(0));
@@ -934,7 +1053,8 @@ void Player::handle(const Record& r)
         // rop, [srcHeight, srcWidth,] ySrc, xSrc, destHeight, destWidth, yDest, xDest, DIB
         const qsizetype s = stretch ? 4 : 2;
         const QRectF target(r.s(s + 5), r.s(s + 4), r.s(s + 3), r.s(s + 2));
-        const QImage dib = m_painter ? decodeDib(r.bytes(s + 6)) : QImage();
+        // A blit's bitmap always carries RGB colours: the record has no usage field.
+        const QImage dib = decodeBitmap(r.bytes(s + 6), DIB_RGB_COLORS);
         const QSizeF sourceSize = stretch ? QSizeF(r.s(3), r.s(2)) : QSizeF(r.s(s + 3), r.s(s + 2));
         drawImage(target, dib, QRectF(QPointF(r.s(s + 1), r.s(s)), sourceSize), r.u32(0));
         break;
@@ -942,7 +1062,7 @@ void Player::handle(const Record& r)
     case StretchDIB: {
         // rop, usage, srcHeight, srcWidth, ySrc, xSrc, destHeight, destWidth, yDest, xDest, DIB
         const QRectF target(r.s(10), r.s(9), r.s(8), r.s(7));
-        const QImage dib = m_painter ? decodeDib(r.bytes(11)) : QImage();
+        const QImage dib = decodeBitmap(r.bytes(11), r.u(2));
         // The source origin of a bottom-up DIB is its lower-left corner.
         const double h = r.s(3);
         const double y = dib.isNull() ? r.s(5) : dib.height() - r.s(5) - h;
@@ -952,7 +1072,7 @@ void Player::handle(const Record& r)
     case SetDIBitsToDevice: {
         // usage, scanCount, startScan, yDib, xDib, height, width, yDest, xDest, DIB
         const QRectF target(r.s(8), r.s(7), r.s(6), r.s(5));
-        const QImage dib = m_painter ? decodeDib(r.bytes(9)) : QImage();
+        const QImage dib = decodeBitmap(r.bytes(9), r.u(0));
         const double h = r.s(5);
         const double y = dib.isNull() ? r.s(3) : dib.height() - r.s(3) - h;
         drawImage(target, dib, QRectF(r.s(4), y, r.s(6), h), 0x00CC0020);
@@ -961,6 +1081,7 @@ void Player::handle(const Record& r)
     default:
         break; // records without a picture of their own
     }
+    return true;
 }
 
 } // namespace

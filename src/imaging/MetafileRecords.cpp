@@ -4,50 +4,74 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace MetafileRecords {
 
 constexpr int MaxDibSide = 32768;
 
+namespace {
+
+// Where the parts of a DIB lie: header, colour masks, colour table, then the pixels.
+struct DibLayout
+{
+    quint32 headerSize = 0;
+    qint64 width = 0, height = 0;
+    int bitCount = 0;
+    quint32 compression = 0;
+    bool topDown = false;
+    qint64 maskBytes = 0;
+    qint64 tableEntries = 0;
+    int entryBytes = 4; // 3 in the old core header
+};
+
+bool readDibLayout(const QByteArray& dib, DibLayout* layout)
+{
+    if (dib.size() < 12)
+        return false;
+    const auto* p = reinterpret_cast<const uchar*>(dib.constData());
+    DibLayout l;
+    l.headerSize = qFromLittleEndian<quint32>(p);
+    quint32 colorsUsed = 0;
+    if (l.headerSize == 12) {
+        l.width = qFromLittleEndian<quint16>(p + 4);
+        l.height = qFromLittleEndian<quint16>(p + 6);
+        l.bitCount = qFromLittleEndian<quint16>(p + 10);
+        l.entryBytes = 3;
+    } else if (l.headerSize >= 40 && dib.size() >= 40) {
+        l.width = qFromLittleEndian<qint32>(p + 4);
+        l.height = qFromLittleEndian<qint32>(p + 8);
+        l.bitCount = qFromLittleEndian<quint16>(p + 14);
+        l.compression = qFromLittleEndian<quint32>(p + 16);
+        colorsUsed = qFromLittleEndian<quint32>(p + 32);
+    } else {
+        return false;
+    }
+    l.topDown = l.height < 0;
+    l.width = std::abs(l.width);
+    l.height = std::abs(l.height);
+    if (l.width == 0 || l.height == 0 || l.width > MaxDibSide || l.height > MaxDibSide ||
+        double(l.width) * double(l.height) > MaxPixels)
+        return false;
+    if (l.bitCount <= 8)
+        l.tableEntries = colorsUsed ? std::min<quint32>(colorsUsed, 256) : (1u << l.bitCount);
+    else if (colorsUsed && colorsUsed <= 256)
+        l.tableEntries = colorsUsed;
+    if (l.headerSize == 40 && (l.compression == 3 || l.compression == 6))
+        l.maskBytes = l.compression == 3 ? 12 : 16;
+    *layout = l;
+    return true;
+}
+
+} // namespace
+
 // The DIB of a blit or pattern brush as a picture: a BITMAPFILEHEADER in front lets QImage read it.
 QImage decodeDib(const QByteArray& dib)
 {
-    if (dib.size() < 12)
+    DibLayout l;
+    if (!readDibLayout(dib, &l))
         return {};
-    const auto* p = reinterpret_cast<const uchar*>(dib.constData());
-    const quint32 headerSize = qFromLittleEndian<quint32>(p);
-    qint64 width = 0, height = 0;
-    int bitCount = 0;
-    quint32 compression = 0, colorsUsed = 0;
-    int entryBytes = 4;
-    if (headerSize == 12) {
-        width = qFromLittleEndian<quint16>(p + 4);
-        height = qFromLittleEndian<quint16>(p + 6);
-        bitCount = qFromLittleEndian<quint16>(p + 10);
-        entryBytes = 3;
-    } else if (headerSize >= 40 && dib.size() >= 40) {
-        width = qFromLittleEndian<qint32>(p + 4);
-        height = qFromLittleEndian<qint32>(p + 8);
-        bitCount = qFromLittleEndian<quint16>(p + 14);
-        compression = qFromLittleEndian<quint32>(p + 16);
-        colorsUsed = qFromLittleEndian<quint32>(p + 32);
-    } else {
-        return {};
-    }
-    width = std::abs(width);
-    height = std::abs(height);
-    if (width == 0 || height == 0 || width > MaxDibSide || height > MaxDibSide ||
-        double(width) * double(height) > MaxPixels)
-        return {};
-    qint64 paletteBytes = 0;
-    if (bitCount <= 8)
-        paletteBytes =
-            qint64(colorsUsed ? std::min<quint32>(colorsUsed, 256) : (1u << bitCount)) * entryBytes;
-    else if (colorsUsed && colorsUsed <= 256)
-        paletteBytes = qint64(colorsUsed) * entryBytes;
-    if (headerSize == 40 && (compression == 3 || compression == 6))
-        paletteBytes += compression == 3 ? 12 : 16;
-    const qint64 offset = 14 + headerSize + paletteBytes;
+    const qint64 offset = 14 + l.headerSize + l.maskBytes + l.tableEntries * l.entryBytes;
     if (offset > 14 + dib.size())
         return {};
 
@@ -61,6 +85,127 @@ QImage decodeDib(const QByteArray& dib)
     QImage image;
     image.loadFromData(file, "BMP");
     return image;
+}
+
+QImage decodeMonoDib(const QByteArray& dib)
+{
+    DibLayout l;
+    if (!readDibLayout(dib, &l) || l.bitCount != 1 || l.compression != 0)
+        return {};
+    const qint64 offset = l.headerSize + l.tableEntries * l.entryBytes;
+    const qint64 stride = (l.width + 31) / 32 * 4;
+    if (offset + stride * l.height > dib.size())
+        return {};
+    QImage image(int(l.width), int(l.height), QImage::Format_Mono);
+    if (image.isNull())
+        return {};
+    for (int y = 0; y < image.height(); ++y) {
+        const int row = l.topDown ? y : image.height() - 1 - y;
+        std::memcpy(image.scanLine(y), dib.constData() + offset + stride * row,
+                    size_t(std::min<qint64>(stride, image.bytesPerLine())));
+    }
+    image.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    return image;
+}
+
+QByteArray resolvePaletteColours(const QByteArray& dib, const Palette& palette)
+{
+    DibLayout l;
+    if (!readDibLayout(dib, &l) || palette.isEmpty())
+        return {};
+    const qint64 tableStart = l.headerSize + l.maskBytes;
+    const qint64 pixelsStart = tableStart + 2 * l.tableEntries;
+    if (pixelsStart > dib.size())
+        return {};
+    QByteArray resolved = dib.left(tableStart);
+    resolved.reserve(dib.size() + 2 * l.tableEntries);
+    const auto* indices = reinterpret_cast<const uchar*>(dib.constData() + tableStart);
+    for (qint64 i = 0; i < l.tableEntries; ++i) {
+        const QRgb rgb = palette[qFromLittleEndian<quint16>(indices + 2 * i) % palette.size()];
+        resolved += char(qBlue(rgb));
+        resolved += char(qGreen(rgb));
+        resolved += char(qRed(rgb));
+        if (l.entryBytes == 4)
+            resolved += '\0';
+    }
+    resolved += dib.mid(pixelsStart);
+    return resolved;
+}
+
+const Palette& defaultPalette()
+{
+    static const Palette colours = {
+        qRgb(0, 0, 0),       qRgb(128, 0, 0),     qRgb(0, 128, 0),     qRgb(128, 128, 0),
+        qRgb(0, 0, 128),     qRgb(128, 0, 128),   qRgb(0, 128, 128),   qRgb(192, 192, 192),
+        qRgb(192, 220, 192), qRgb(166, 202, 240), qRgb(255, 251, 240), qRgb(160, 160, 164),
+        qRgb(128, 128, 128), qRgb(255, 0, 0),     qRgb(0, 255, 0),     qRgb(255, 255, 0),
+        qRgb(0, 0, 255),     qRgb(255, 0, 255),   qRgb(0, 255, 255),   qRgb(255, 255, 255)};
+    return colours;
+}
+
+Palette makePalette(const Record& r)
+{
+    // Start (0x0300), count, then red, green, blue and flags a byte each.
+    const qsizetype count = std::min<qsizetype>(r.u(1), (r.words - 2) / 2);
+    Palette palette;
+    palette.reserve(std::max<qsizetype>(count, 0));
+    for (qsizetype i = 0; i < count; ++i) {
+        const quint32 entry = r.u32(2 + 2 * i);
+        palette << qRgb(entry & 0xFF, (entry >> 8) & 0xFF, (entry >> 16) & 0xFF);
+    }
+    return palette;
+}
+
+QImage decodeBitmap16(const Record& r)
+{
+    // Type, width, height, bytes a row, planes and bits a pixel, a pointer, 18 bytes unused, bits.
+    constexpr qsizetype BitsWord = 16;
+    const int width = r.s(1), height = r.s(2);
+    const int planes = r.u(4) & 0xFF, bitsPixel = r.u(4) >> 8;
+    if (width <= 0 || height <= 0 || width > MaxDibSide || height > MaxDibSide || planes != 1)
+        return {};
+    const QImage::Format format = bitsPixel == 1    ? QImage::Format_Mono
+                                  : bitsPixel == 24 ? QImage::Format_BGR888
+                                  : bitsPixel == 32 ? QImage::Format_RGB32
+                                                    : QImage::Format_Invalid;
+    if (format == QImage::Format_Invalid)
+        return {};
+    // Rows are top-down and padded to whole words.
+    const qint64 stride = ((qint64(width) * bitsPixel + 15) >> 4) << 1;
+    if (BitsWord + (stride * height + 1) / 2 > r.words)
+        return {};
+    QImage image(width, height, format);
+    if (image.isNull())
+        return {};
+    const qint64 rowBytes = std::min<qint64>(stride, image.bytesPerLine());
+    for (int y = 0; y < height; ++y)
+        std::memcpy(image.scanLine(y), r.params + 2 * BitsWord + stride * y, size_t(rowBytes));
+    if (format == QImage::Format_Mono)
+        image.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    return image;
+}
+
+bool makeRegion(const Record& r, QPainterPath* region)
+{
+    // nextInChain, type, object count (2 words), size in bytes, scan count, longest scan,
+    // bounding box; then each scan: count of x values, top, bottom, left/right pairs, count.
+    constexpr qsizetype FirstScan = 11;
+    QPainterPath path;
+    qsizetype at = FirstScan;
+    for (int scan = 0; scan < r.u(5); ++scan) {
+        const qsizetype count = r.u(at);
+        if (count % 2 || at + count + 4 > r.words || r.u(at + count + 3) != count)
+            return false;
+        const int top = r.s(at + 1), bottom = r.s(at + 2);
+        for (qsizetype i = 0; i < count; i += 2) {
+            const int left = r.s(at + 3 + i), right = r.s(at + 4 + i);
+            path.addRect(QRectF(QPointF(left, top), QPointF(right, bottom)).normalized());
+        }
+        at += count + 4;
+    }
+    path.setFillRule(Qt::WindingFill);
+    *region = path;
+    return true;
 }
 
 namespace {

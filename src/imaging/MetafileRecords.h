@@ -3,6 +3,8 @@
 #include <QBrush>
 #include <QByteArray>
 #include <QImage>
+#include <QList>
+#include <QPainterPath>
 #include <QPen>
 #include <QRectF>
 #include <QString>
@@ -17,12 +19,14 @@ enum Function : std::uint16_t
 {
     EndOfFile = 0x0000,
     SaveDC = 0x001E,
+    RealizePalette = 0x0035,
     CreatePalette = 0x00F7,
     SetBkMode = 0x0102,
     SetMapMode = 0x0103,
     SetROP2 = 0x0104,
     SetPolyFillMode = 0x0106,
     RestoreDC = 0x0127,
+    SelectClipRegion = 0x012C,
     SelectObject = 0x012D,
     SetTextAlign = 0x012E,
     DibCreatePatternBrush = 0x0142,
@@ -38,6 +42,8 @@ enum Function : std::uint16_t
     OffsetViewportOrg = 0x0211,
     LineTo = 0x0213,
     MoveTo = 0x0214,
+    OffsetClipRgn = 0x0220,
+    SelectPalette = 0x0234,
     CreatePenIndirect = 0x02FA,
     CreateFontIndirect = 0x02FB,
     CreateBrushIndirect = 0x02FC,
@@ -123,6 +129,19 @@ enum ExtTextOptions
     ETO_CLIPPED = 4
 };
 
+// How a DIB's colour table is to be read.
+enum ColorUsage
+{
+    DIB_RGB_COLORS = 0,
+    DIB_PAL_COLORS = 1 // 16-bit indices into the selected logical palette
+};
+
+// The brush styles of a DibCreatePatternBrush record; anything but BS_PATTERN is a DIB pattern.
+enum BrushStyle
+{
+    BS_PATTERN = 3
+};
+
 constexpr std::uint32_t PlaceableKey = 0x9AC6CDD7;
 
 // Pictures larger than this are refused or scaled down.
@@ -173,12 +192,32 @@ struct LogFont
     QString face;
 };
 
+using Palette = QList<QRgb>;
+
+// The palette a device context starts with: the twenty static colours.
+const Palette& defaultPalette();
+
 // The objects and text a record describes.
 QPen makePen(const Record& r);
 QBrush makeBrush(const Record& r);
 LogFont makeFont(const Record& r);
+Palette makePalette(const Record& r);
 QImage decodeDib(const QByteArray& dib);
+// The bits of an uncompressed 1-bit DIB as they are stored (Format_Mono, colours ignored); null
+// for any other DIB.
+QImage decodeMonoDib(const QByteArray& dib);
+// A DIB whose colour table holds palette indices, rewritten with the palette's colours (indices
+// past its end wrap around); empty when the DIB is not readable.
+QByteArray resolvePaletteColours(const QByteArray& dib, const Palette& palette);
+// The device-dependent bitmap of a CreatePatternBrush record. A monochrome one comes back as
+// Format_Mono, its 0 bits at colour index 0: the caller colours them with the DC's text and
+// background colours.
+QImage decodeBitmap16(const Record& r);
 QString decodeText(const QByteArray& bytes, int charset);
+
+// The rectangles of a CreateRegion record as one path; false when the scans run past the record
+// or contradict themselves.
+bool makeRegion(const Record& r, QPainterPath* region);
 
 // An extent scaled by the fractions of a ScaleWindowExt or ScaleViewportExt record; repeated
 // scaling must not run off to zero or infinity.

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QtEndian>
 
+#include <functional>
 #include <initializer_list>
 
 namespace {
@@ -52,6 +53,26 @@ public:
         return record(0x041B, {bottom, right, top, left});
     }
     Writer& eof() { return record(0x0000, {}); }
+    Writer& palette(std::initializer_list<QRgb> colours)
+    {
+        QByteArray entries;
+        for (QRgb c : colours)
+            entries += colour(c); // red, green, blue, flags
+        return record(0x00F7, {0x0300, int(colours.size())}, entries);
+    }
+    // A region of rectangles sharing one band from top to bottom.
+    Writer& region(int top, int bottom, std::initializer_list<int> leftRights)
+    {
+        const int n = int(leftRights.size());
+        const int left = *leftRights.begin(), right = *(leftRights.end() - 1);
+        QList<int> words{0, 6, 0, 0, 2 * (14 + n), 1, n, left, top, right, bottom, n, top, bottom};
+        words += QList<int>(leftRights);
+        words << n;
+        QByteArray tail;
+        for (int w : words)
+            appendWord(tail, quint16(w));
+        return record(0x06FF, {}, tail);
+    }
 
     QByteArray plain() const
     {
@@ -87,6 +108,28 @@ QByteArray dib(const QImage& image)
 }
 
 // Map mode anisotropic, window (100,100) 200x100 shown in a 400x200 viewport.
+// An 8-bit DIB whose colour table holds the given palette indices (DIB_PAL_COLORS).
+QByteArray paletteIndexedDib(QSize size, QList<int> table,
+                             const std::function<int(int, int)>& value)
+{
+    QByteArray d(40, '\0');
+    qToLittleEndian<quint32>(40, d.data());
+    qToLittleEndian<qint32>(size.width(), d.data() + 4);
+    qToLittleEndian<qint32>(size.height(), d.data() + 8);
+    qToLittleEndian<quint16>(1, d.data() + 12);
+    qToLittleEndian<quint16>(8, d.data() + 14);
+    qToLittleEndian<quint32>(quint32(table.size()), d.data() + 32);
+    for (int index : table)
+        d += QByteArray(1, char(index & 0xFF)) + char(index >> 8);
+    for (int y = size.height() - 1; y >= 0; --y) { // bottom row first
+        QByteArray row((size.width() + 3) / 4 * 4, '\0');
+        for (int x = 0; x < size.width(); ++x)
+            row[x] = char(value(x, y));
+        d += row;
+    }
+    return d;
+}
+
 Writer anisotropic()
 {
     Writer w;
@@ -374,6 +417,29 @@ private Q_SLOTS:
         Writer toDevice;
         toDevice.record(0x020C, {2, 2}).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("SetDIBitsToDevice") << toDevice.placeable(2, 2, 2);
+
+        // Pixel values 0 to 3 in reading order, mapped through the colour table to palette slots.
+        auto indexed = [](QList<int> table) {
+            return paletteIndexedDib({2, 2}, table, [](int x, int y) { return 2 * y + x; });
+        };
+        Writer palette;
+        palette.palette({White, Blue, Red, Green}).record(0x0234, {0}).record(0x0035, {});
+        Writer paletteStretch = palette;
+        paletteStretch.record(0x020C, {100, 100});
+        paletteStretch.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
+                              indexed({2, 3, 1, 0}));
+        QTest::newRow("StretchDIB with palette indices") << paletteStretch.eof().plain();
+        Writer paletteToDevice = palette;
+        paletteToDevice.record(0x020C, {2, 2});
+        paletteToDevice.record(0x0D33, {1, 2, 0, 0, 0, 2, 2, 0, 0}, indexed({2, 3, 1, 0}));
+        QTest::newRow("SetDIBitsToDevice with palette indices")
+            << paletteToDevice.eof().placeable(2, 2, 2);
+        Writer systemPalette;
+        systemPalette.record(0x020C, {100, 100});
+        systemPalette.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
+                             indexed({13, 2, 16, 19}));
+        QTest::newRow("palette indices without a palette take the default colours")
+            << systemPalette.eof().plain();
     }
     void bitmaps()
     {
@@ -385,6 +451,110 @@ private Q_SLOTS:
         QVERIFY(isColour(image, QPoint(3 * q, q), Green));
         QVERIFY(isColour(image, QPoint(q, 3 * q), Blue));
         QVERIFY(isColour(image, QPoint(3 * q, 3 * q), White));
+    }
+
+    void clipping_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QPoint>("filled");
+        QTest::addColumn<QPoint>("empty");
+        Writer red;
+        red.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        QTest::newRow("intersect clip keeps the fill inside")
+            << Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
+            << QPoint(40, 40) << QPoint(10, 10);
+        QTest::newRow("exclude clip leaves a hole")
+            << Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
+            << QPoint(10, 10) << QPoint(40, 40);
+        Writer restored(red);
+        restored.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
+        QTest::newRow("restoring the state undoes the clip")
+            << restored.rectangle(0, 0, 50, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+        Writer region(red);
+        region.region(0, 100, {0, 20, 60, 80});
+        QTest::newRow("selected clip region of two rectangles")
+            << Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain()
+            << QPoint(70, 50) << QPoint(40, 50);
+        QTest::newRow("region selected as an object clips too")
+            << Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 50)
+            << QPoint(90, 50);
+        Writer offset(red);
+        offset.record(0x0416, {20, 20, 0, 0}).record(0x0220, {40, 40});
+        QTest::newRow("offset moves the clip")
+            << offset.rectangle(0, 0, 100, 100).eof().plain() << QPoint(50, 50) << QPoint(10, 10);
+        Writer logical = anisotropic();
+        logical.nullPen().solidBrush(Red).select(0).select(1).record(0x0416, {150, 200, 100, 150});
+        QTest::newRow("clip in logical units")
+            << logical.rectangle(100, 100, 300, 200).eof().plain() << QPoint(150, 50)
+            << QPoint(250, 50);
+        Writer broken(red);
+        broken.rectangle(0, 0, 50, 100).record(0x06FF, {0, 6, 0, 0, 40, 1, 2, 0, 0, 9, 9, 0xFFFF});
+        QTest::newRow("region cut short stops playback")
+            << broken.rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+    }
+    void clipping()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QPoint, filled);
+        QFETCH(QPoint, empty);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QVERIFY(isColour(image, filled, Red));
+        QVERIFY(isColour(image, empty, White));
+    }
+
+    void patterns_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QImage>("pattern");
+        auto corner = [](int x, int y) { return x < 4 && y < 2; };
+        auto pattern = [&](QRgb set, QRgb clear) {
+            QImage p(8, 8, QImage::Format_RGB32);
+            for (int y = 0; y < 8; ++y)
+                for (int x = 0; x < 8; ++x)
+                    p.setPixel(x, y, corner(x, y) ? set : clear);
+            return p;
+        };
+        // Monochrome patterns draw their 0 bits in the text colour, their 1 bits in the background.
+        Writer colours;
+        colours.record(0x020C, {100, 100}).nullPen().select(0);
+        colours.record(0x0209, {}, Writer::colour(Red)).record(0x0201, {}, Writer::colour(Blue));
+        QByteArray rows;
+        for (int y = 0; y < 8; ++y)
+            rows += QByteArray(1, corner(0, y) ? '\xF0' : '\0') + '\0';
+        Writer old(colours);
+        old.record(0x01F9, {0, 8, 8, 2, 0x0101, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, rows);
+        QTest::newRow("old monochrome pattern brush")
+            << old.select(1).rectangle(0, 0, 100, 100).eof().plain() << pattern(Blue, Red);
+        QImage mono(8, 8, QImage::Format_Mono);
+        mono.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; x < 8; ++x)
+                mono.setPixel(x, y, corner(x, y));
+        Writer monoDib(colours);
+        monoDib.record(0x0142, {3, 0}, dib(mono)).select(1).rectangle(0, 0, 100, 100).eof();
+        QTest::newRow("monochrome BS_PATTERN bitmap") << monoDib.plain() << pattern(Blue, Red);
+        Writer colourDib(colours);
+        colourDib.record(0x0142, {6, 0}, dib(pattern(Green, White))).select(1);
+        QTest::newRow("colour DIB pattern")
+            << colourDib.rectangle(0, 0, 100, 100).eof().plain() << pattern(Green, White);
+        Writer paletteDib(colours);
+        paletteDib.palette({Blue, Green, Red}).record(0x0234, {1});
+        paletteDib.record(0x0142, {6, 1}, paletteIndexedDib({8, 8}, {2, 1}, corner)).select(2);
+        QTest::newRow("DIB pattern with palette indices")
+            << paletteDib.rectangle(0, 0, 100, 100).eof().plain() << pattern(Green, Red);
+    }
+    void patterns()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QImage, pattern);
+        const QImage image = MetafilePlayer::Render(data, {});
+        QCOMPARE(image.size(), QSize(100, 100));
+        for (int y = 0; y < 24; ++y)
+            for (int x = 0; x < 24; ++x)
+                QVERIFY2(
+                    isColour(image, {x, y}, pattern.pixel(x % 8, y % 8)),
+                    qPrintable(
+                        QStringLiteral("%1,%2 %3").arg(x).arg(y).arg(image.pixel(x, y), 0, 16)));
     }
 
     void malformed_data()
