@@ -19,13 +19,13 @@
 #include "controls/ucSideBar.h"
 #include "gallery/PictureMenu.h"
 #include "gallery/frmThumbnails.h"
+#include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
-#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -73,8 +73,8 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     connect(m_menus, &MainMenus::Clicked, this, &mdiMain::OnMenuClicked);
 
     CreateToolbar();
-    m_statusText = new QLabel(this);
-    statusBar()->addWidget(m_statusText, 1);
+    m_statusStrip = new ucCoolProg(this);
+    statusBar()->addWidget(m_statusStrip, 1);
 
     m_tray = new frmSysTray(m_menus->Menu(QStringLiteral("mnuSys")), this);
     connect(m_tray, &frmSysTray::RestoreRequested, this, &mdiMain::ShowMain);
@@ -217,6 +217,8 @@ void mdiMain::Load()
     }
 
     statusBar()->setVisible(globals.option(11));
+    // Child windows reach the strip through Utilities, without knowing this window.
+    Utilities::SetStatusStrip(m_statusStrip);
 
     int style = 2;
     settings().readInto(Keys::Wallpaper_Style, style);
@@ -342,7 +344,11 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
         child->setAttribute(Qt::WA_DeleteOnClose);
         found = m_area->addSubWindow(child);
         found->setWindowIcon(windowIcon());
-        found->resize(qMax(child->minimumWidth(), m_area->width() * 3 / 4), m_area->height() * 3 / 4);
+        // A child that keeps its own size (in its settings) has set it already.
+        if (child->testAttribute(Qt::WA_Resized))
+            found->resize(child->size());
+        else
+            found->resize(qMax(child->minimumWidth(), m_area->width() * 3 / 4), m_area->height() * 3 / 4);
     }
     found->show();
     found->widget()->show();
@@ -353,7 +359,7 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
 
 void mdiMain::SetStatusText(const QString& text)
 {
-    m_statusText->setText(text);
+    m_statusStrip->setCaption(text);
 }
 
 QWidget* mdiMain::ActiveChild() const

@@ -10,13 +10,13 @@
 #include <memory>
 
 class MainMenus;
-class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QToolBar;
 class frmSysTray;
 class ucSideBar;
 class WindowBalloon;
+class ucCoolProg;
 
 // The main window: a frame of child windows with the menus, the toolbar, the side bar, the
 // status strip and the tray icon. It routes commands to the active child window by name.
@@ -41,6 +41,7 @@ public:
     Q_INVOKABLE void MainMenu_View(int view);
     // Opens, or brings forward, the child window of toolbar button index (0, 2 or 4).
     Q_INVOKABLE QWidget* OpenChild(int toolbarIndex);
+    // Puts text in panel 1 of the status strip.
     Q_INVOKABLE void SetStatusText(const QString& text);
     // Ends the program: hides, says goodbye, saves the window state and quits.
     Q_INVOKABLE void Shutdown();
@@ -73,6 +74,7 @@ public:
     frmSysTray* Tray() const { return m_tray; }
     ucSideBar* SideBar(int index) const;
     WindowBalloon* Balloon() const { return m_balloon; }
+    ucCoolProg* StatusStrip() const { return m_statusStrip; }
     const RecentList& Recent() const { return m_recent; }
     int IdleTicks() const { return m_idleTicks; }
     bool StartingUp() const { return m_startingUp; }
@@ -111,7 +113,7 @@ private:
     QMdiArea* m_area = nullptr;
     MainMenus* m_menus = nullptr;
     QToolBar* m_toolbar = nullptr;
-    QLabel* m_statusText = nullptr;
+    ucCoolProg* m_statusStrip = nullptr;
     frmSysTray* m_tray = nullptr;
     std::array<ucSideBar*, 1> m_sideBars{};
     WindowBalloon* m_balloon = nullptr;

@@ -3,6 +3,7 @@
 #include "app/SettingsStore.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "gallery/ucCoolProg.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QSysInfo>
 #include <QWidget>
@@ -20,6 +22,13 @@
 namespace Utilities {
 
 namespace {
+
+// Cleared by itself when the strip goes with its window.
+QPointer<ucCoolProg>& registeredStrip()
+{
+    static QPointer<ucCoolProg> strip;
+    return strip;
+}
 
 QString withSeparator(QString path)
 {
@@ -155,6 +164,22 @@ QString SpecialFolderName(const QString& path)
     if (is(Documents))
         return QStringLiteral("My Documents");
     return path;
+}
+
+void SetStatusStrip(ucCoolProg* strip)
+{
+    registeredStrip() = strip;
+}
+
+ucCoolProg* StatusStrip()
+{
+    return registeredStrip();
+}
+
+void SetStatus(const QString& text)
+{
+    if (ucCoolProg* strip = StatusStrip())
+        strip->setCaption(text);
 }
 
 void SetAlwaysOnTop(QWidget* window, bool onTop)

@@ -6,6 +6,7 @@
 
 class QLineEdit;
 class QWidget;
+class ucCoolProg;
 
 // Small routines many windows call: size texts, paths, special folders, window state, waits.
 // Paths use "/" on every platform; a "folder ends with the separator" rule means "/".
@@ -53,6 +54,13 @@ enum SpecialFolder { Documents = 5, Desktop = 25, Pictures = 39 };
 QString SpecialFolderPath(SpecialFolder folder);
 // "My Documents", "My Pictures" or "Desktop" for those folders; any other path unchanged.
 QString SpecialFolderName(const QString& path);
+
+// The main window's status strip, reachable from any window. The main window registers its
+// strip; without one (no main window, or it is gone) the routines do nothing.
+void SetStatusStrip(ucCoolProg* strip);
+ucCoolProg* StatusStrip();
+// Puts text in the status strip's caption panel.
+void SetStatus(const QString& text);
 
 // Keeps a top-level window above others, or lets it go.
 void SetAlwaysOnTop(QWidget* window, bool onTop);
