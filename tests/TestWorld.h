@@ -20,6 +20,8 @@ public:
         }
         QDir(m_dir.path()).mkpath(QStringLiteral("home"));
         qputenv("LUMBRA_HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("home"))));
+        // The special folders (Pictures, Desktop, Documents) follow HOME.
+        qputenv("HOME", QFile::encodeName(m_dir.filePath(QStringLiteral("home"))));
     }
 
     QString path(const QString& relative = {}) const { return m_dir.filePath(relative); }
