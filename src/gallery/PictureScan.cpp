@@ -5,6 +5,7 @@
 #include "gallery/FilesFound.h"
 
 #include <QCoreApplication>
+#include <QThread>
 
 namespace PictureScan {
 
@@ -29,8 +30,9 @@ QStringList patterns()
 int scanPath(FilesFound& files, const QString& path,
              const std::function<void(const QString&)>& showStatus)
 {
-    // One turn of the event loop before a possibly long scan keeps the window painted.
-    if (QCoreApplication::instance())
+    // One turn of the event loop before a possibly long scan keeps the window painted; a scan
+    // on a worker thread leaves the window's thread alone.
+    if (QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread())
         QCoreApplication::processEvents();
     if (showStatus)
         showStatus(Utilities::SpecialFolderName(path));

@@ -37,6 +37,7 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QToolBar>
+#include <QtConcurrent/QtConcurrentRun>
 #include <QVBoxLayout>
 
 namespace {
@@ -101,6 +102,7 @@ frmThumbnails::frmThumbnails(QWidget* parent) : QMainWindow(parent)
     }
     connect(&tmrLoadScroll, &QTimer::timeout, this, &frmThumbnails::setUpScrollBar);
     connect(&tmrResize, &QTimer::timeout, this, &frmThumbnails::layOutWindow);
+    connect(&m_listing, &QFutureWatcher<FolderListing>::finished, this, &frmThumbnails::listed);
 
     m_pipeline = new ThumbPipeline(this);
     buildWindow();
@@ -301,7 +303,7 @@ void frmThumbnails::ShowFolder(const QString& folder)
 void frmThumbnails::ShowPictures(const QStringList& pictures)
 {
     setCollectionMode(true);
-    m_files = std::make_unique<FilesFound>();
+    m_files = std::make_shared<FilesFound>();
     for (const QString& picture : pictures)
         m_files->AddFile(QFileInfo(picture).absoluteFilePath());
     m_path.clear();
@@ -315,7 +317,7 @@ QString frmThumbnails::FileOf(int index) const
 
 bool frmThumbnails::PassRunning() const
 {
-    return m_pipeline->Running();
+    return m_loading || m_pipeline->Running();
 }
 
 void frmThumbnails::newAddress()
@@ -328,34 +330,73 @@ void frmThumbnails::newAddress()
 
 void frmThumbnails::load(bool keepList)
 {
-    // The pass of the last load ends here, quietly: the scan below may let events in.
+    // The pass of the last load ends here, quietly.
     m_pipeline->Start({}, QSize(1, 1));
     m_cells.clear();
+    m_count = 0;
+    m_grid->setCount(0);
     m_loading = true;
     // A collection is no folder: refreshing it rebuilds from the pictures gathered.
-    if (!keepList && !m_collection) {
-        m_files = std::make_unique<FilesFound>();
-        PictureScan::scanPath(*m_files, m_path, [](const QString& name) { Utilities::SetStatus(name); });
-        m_path = m_files->Path();
-    } else if (!m_files) {
-        m_files = std::make_unique<FilesFound>();
+    const bool rescan = !m_collection && (!keepList || m_listStale);
+    std::shared_ptr<FilesFound> files;
+    if (rescan) {
+        Utilities::SetStatus(Utilities::SpecialFolderName(m_path));
+        m_listStale = true;
+    } else {
+        // The worker sorts its own copy; the window may add to m_files meanwhile.
+        files = m_files ? std::make_shared<FilesFound>(*m_files) : std::make_shared<FilesFound>();
     }
-    m_count = int(m_files->Count());
+    // Setting a new future drops the signals still queued from the one it replaces.
+    m_listing.setFuture(QtConcurrent::run(&frmThumbnails::listFolder, std::move(files), m_path,
+                                          SortKeys::storedSortation(Section)));
+}
 
+frmThumbnails::FolderListing frmThumbnails::listFolder(std::shared_ptr<FilesFound> files, const QString& path,
+                                                       int sortation)
+{
+    if (!files) {
+        files = std::make_shared<FilesFound>();
+        PictureScan::scanPath(*files, path);
+    }
     // The cells follow the list in the stored order; the list itself keeps scan order.
-    const std::vector<qsizetype> order = SortKeys::sortedOrder(*m_files, SortKeys::storedSortation(Section));
-    m_cells.clear();
-    m_cells.reserve(order.size());
+    const std::vector<qsizetype> order = SortKeys::sortedOrder(*files, sortation);
+    FolderListing listing;
+    listing.cells.reserve(order.size());
     for (const qsizetype index : order) {
-        const FoundFile& found = m_files->Found(index);
+        const FoundFile& found = files->Found(index);
         Cell cell;
-        cell.path = m_files->Path() + found.name;
+        cell.path = files->Path() + found.name;
         if (found.facts) {
             cell.size = found.facts->size;
             cell.mtime = found.facts->modifiedSecs;
         }
-        m_cells.push_back(std::move(cell));
+        listing.cells.push_back(std::move(cell));
     }
+    listing.files = std::move(files);
+    return listing;
+}
+
+void frmThumbnails::finishListing()
+{
+    if (!m_loading)
+        return;
+    m_listing.waitForFinished();
+    listed();
+}
+
+void frmThumbnails::listed()
+{
+    if (!m_loading || !m_listing.isFinished() || m_listing.isCanceled())
+        return;
+    FolderListing listing = m_listing.result();
+    m_listing.setFuture({});
+    const bool rescanned = m_listStale;
+    m_listStale = false;
+    m_files = std::move(listing.files);
+    if (rescanned && !m_collection)
+        m_path = m_files->Path();
+    m_cells = std::move(listing.cells);
+    m_count = int(m_cells.size());
 
     m_grid->setCount(0);
     m_current = -1;
@@ -637,13 +678,15 @@ void frmThumbnails::DroppedOLE(const QList<QUrl>& files)
             paths.append(url.toLocalFile());
     if (paths.isEmpty())
         return;
+    // The drop adds to the list a load in progress is still making.
+    finishListing();
 
     if (!m_collection) {
         setCollectionMode(true);
         settings().write(Keys::BrowsePath.in(Section), QStringLiteral(" "));
     }
     if (!m_files)
-        m_files = std::make_unique<FilesFound>();
+        m_files = std::make_shared<FilesFound>();
 
     bool refused = false;
     for (const QString& path : paths) {

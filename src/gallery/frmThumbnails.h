@@ -2,6 +2,7 @@
 
 #include "gallery/FilesFound.h"
 
+#include <QFutureWatcher>
 #include <QMainWindow>
 #include <QStringList>
 #include <QTimer>
@@ -24,9 +25,10 @@ class ucTxtAddress;
 // named) as a grid of square thumbnails, with the preview in a side bar beside it.
 //
 // The grid is one painted widget; its cells follow the arithmetic of GalleryLayout. A load
-// scans the folder, sorts the list, sets up the cells at once and hands the thumbnails to a
-// ThumbPipeline, which makes the visible ones first and the rest in sorted order on worker
-// threads while the status strip counts them.
+// scans the folder and sorts the list on a worker thread (a folder of a hundred thousand
+// pictures takes longer than a frame), then sets up the cells at once and hands the
+// thumbnails to a ThumbPipeline, which makes the visible ones first and the rest in sorted
+// order on worker threads while the status strip counts them.
 class frmThumbnails : public QMainWindow
 {
     Q_OBJECT
@@ -72,7 +74,10 @@ public:
     QString FileOf(int index) const;
     // The cell shown in the preview, or -1.
     int CurrentIndex() const { return m_current; }
+    // A load is listing the folder or making thumbnails.
     bool PassRunning() const;
+    // The folder is being scanned and sorted; the cells come when that is done.
+    bool Listing() const { return m_loading; }
 
     ThumbGrid* picFrame() const { return m_grid; }
     QScrollBar* sbSlide() const { return m_scroll; }
@@ -99,6 +104,8 @@ private:
     void buildToolbar();
     void loadSettings();
     void load(bool keepList);
+    void listed();
+    void finishListing();
     void startPass();
     void passFinished(bool cancelled);
     void select(int index);
@@ -125,6 +132,15 @@ private:
         qint64 mtime = -1;
     };
 
+    // What a worker hands back from a load: the list (scanned anew or as it was) and the
+    // cells in the stored order.
+    struct FolderListing
+    {
+        std::shared_ptr<FilesFound> files;
+        std::vector<Cell> cells;
+    };
+    static FolderListing listFolder(std::shared_ptr<FilesFound> files, const QString& path, int sortation);
+
     ThumbGrid* m_grid = nullptr;
     QScrollBar* m_scroll = nullptr;
     ucImgPreview* m_preview = nullptr;
@@ -136,7 +152,10 @@ private:
     QToolBar* m_addressBar = nullptr;
     ThumbPipeline* m_pipeline = nullptr;
 
-    std::unique_ptr<FilesFound> m_files;
+    std::shared_ptr<FilesFound> m_files;
+    QFutureWatcher<FolderListing> m_listing;
+    // A rescan was started and superseded before it ended: m_files is not this folder's.
+    bool m_listStale = false;
     std::vector<Cell> m_cells;
     QString m_path;
     int m_count = 0;

@@ -243,6 +243,7 @@ private slots:
         QVERIFY(gallery);
         click(*gallery, 1);
         gallery->ShowFolder(folder);
+        waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 0);
         QCOMPARE(status(), QStringLiteral("No Images"));
         QCOMPARE(gallery->lblSelected()->text(), QStringLiteral("-"));
@@ -460,6 +461,7 @@ private slots:
 
         // Refreshing a collection shows what was gathered, not a folder.
         gallery->RefreshMe(false);
+        waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 5);
     }
 
@@ -469,11 +471,14 @@ private slots:
         auto gallery = galleryOn(folder);
         QVERIFY(gallery);
         QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
+        waitForPass(*gallery);
         makePicture(folder + "e.png", "PNG", 0, noon(2020, 1, 1));
         QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
+        waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 4);
         QTest::qWait(2300);
         QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
+        waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 5);
     }
 };
