@@ -1,5 +1,6 @@
 #include "app/SettingsStore.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -22,12 +23,25 @@ std::unique_ptr<SettingsStore>& globalStore()
 
 } // namespace
 
-SettingsStore::SettingsStore(const QString& filePath) : m_path(filePath)
+SettingsStore::SettingsStore(const QString& filePath) : m_path(filePath), m_context(std::make_unique<QObject>())
 {
+    m_writer.setMaxThreadCount(1);
+    // Batches are started from the event loop of the user interface's thread.
+    if (QCoreApplication* app = QCoreApplication::instance())
+        m_context->moveToThread(app->thread());
     load();
 }
 
-SettingsStore::~SettingsStore() = default;
+SettingsStore::~SettingsStore()
+{
+    m_writer.waitForDone();
+    // Without a thread of its own: the store may outlive the application object.
+    if (!m_pending.isEmpty() && m_file) {
+        for (const auto& [key, value] : std::as_const(m_pending))
+            m_file->setValue(key, value);
+        m_file->sync();
+    }
+}
 
 QString SettingsStore::defaultPath()
 {
@@ -38,13 +52,23 @@ QString SettingsStore::defaultPath()
 SettingsStore& SettingsStore::global()
 {
     auto& store = globalStore();
-    if (!store)
+    if (!store) {
         store = std::make_unique<SettingsStore>(defaultPath());
+        // What the last moments of a run wrote reaches the file before the program ends.
+        static bool routineAdded = false;
+        if (!std::exchange(routineAdded, true))
+            qAddPostRoutine([] {
+                if (auto& last = globalStore())
+                    last->flush();
+            });
+    }
     return *store;
 }
 
 void SettingsStore::reopenGlobal()
 {
+    // The file must hold everything the old store wrote before the new one reads it.
+    globalStore().reset();
     globalStore() = std::make_unique<SettingsStore>(defaultPath());
 }
 
@@ -119,9 +143,38 @@ void SettingsStore::write(const QString& section, const QString& key, const QStr
 
     if (!m_persisted || !m_file)
         return;
-    m_file->setValue(fileKey(*it), value);
-    m_file->sync();
-    m_lastWriteOk = m_file->status() == QSettings::NoError;
+    m_pending.append({fileKey(*it), value});
+    if (std::exchange(m_batchQueued, true))
+        return;
+    if (QCoreApplication::instance())
+        QMetaObject::invokeMethod(m_context.get(), [this] { startWriting(); }, Qt::QueuedConnection);
+    else
+        startWriting();
+}
+
+void SettingsStore::startWriting()
+{
+    m_batchQueued = false;
+    if (m_pending.isEmpty())
+        return;
+    m_writer.start([this, batch = std::exchange(m_pending, {})] {
+        for (const auto& [key, value] : batch)
+            m_file->setValue(key, value);
+        m_file->sync();
+        m_lastWriteOk = m_file->status() == QSettings::NoError;
+    });
+}
+
+void SettingsStore::flush()
+{
+    startWriting();
+    m_writer.waitForDone();
+}
+
+bool SettingsStore::persisted()
+{
+    flush();
+    return m_persisted && m_lastWriteOk;
 }
 
 void SettingsStore::write(const QString& section, const QString& key, qint64 value)

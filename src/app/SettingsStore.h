@@ -4,16 +4,24 @@
 #include "common/Formats.h"
 
 #include <QHash>
+#include <QList>
 #include <QSettings>
 #include <QString>
+#include <QThreadPool>
 
+#include <atomic>
 #include <memory>
+#include <utility>
 #include <type_traits>
 
 // The per-user settings: text values in sections, section and key names compared without
 // regard to case (the spelling first written is kept). Values live in memory and are written
 // through to one INI file; a file that cannot be read or written never stops the program,
 // which then keeps its settings for the rest of the run.
+//
+// Writing the file means reading, rewriting and syncing it to disk, which can take tens of
+// milliseconds: the writes of one pass of the event loop reach the file together, on a thread
+// of the store's own, so the user interface never waits for the disk.
 class SettingsStore
 {
 public:
@@ -76,9 +84,11 @@ public:
     void writeBool(const Setting& setting, bool value) { writeBool(setting.section, setting.key, value); }
 
     QString filePath() const { return m_path; }
+    // Waits until every value written so far has reached the file.
+    void flush();
     // False when the file could not be read at start (it is then left alone) or the last
     // write did not reach it; the values are kept in memory either way.
-    bool persisted() const { return m_persisted && m_lastWriteOk; }
+    bool persisted();
 
 private:
     struct Entry
@@ -91,10 +101,18 @@ private:
     static QString indexOf(const QString& section, const QString& key);
     QString fileKey(const Entry& entry) const;
     void load();
+    void startWriting();
 
     QString m_path;
+    // After load() only the writer thread touches the file object.
     std::unique_ptr<QSettings> m_file;
     QHash<QString, Entry> m_entries;
     bool m_persisted = true;
-    bool m_lastWriteOk = true;
+    std::atomic<bool> m_lastWriteOk = true;
+    // Keys and values written since the last batch went to the writer.
+    QList<std::pair<QString, QString>> m_pending;
+    // Queued calls die with it when the store goes first.
+    std::unique_ptr<QObject> m_context;
+    bool m_batchQueued = false;
+    QThreadPool m_writer;
 };

@@ -497,6 +497,8 @@ void mdiMain::Shutdown()
         timer.stop();
     m_tray->SetIconVisible(false);
     close();
+    // Everything the windows stored on the way out is on disk before the program ends.
+    settings().flush();
     Q_EMIT Unloaded();
 }
 

@@ -62,6 +62,7 @@ private Q_SLOTS:
         QCOMPARE(store.read(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_0")), QStringLiteral("/pics/two.png"));
         QVERIFY(store.contains(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_4")));
 
+        store.flush();
         SettingsStore reread(SettingsStore::defaultPath());
         RecentList loaded;
         loaded.Load(reread, QStringLiteral("MDIMAIN"));

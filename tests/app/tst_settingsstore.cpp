@@ -132,6 +132,7 @@ private Q_SLOTS:
         SettingsStore store(path);
         store.writeBool(QStringLiteral("Settings"), QStringLiteral("DoLeft"), true);
         store.writeBool(QStringLiteral("Settings"), QStringLiteral("DoRight"), false);
+        store.flush();
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray text = file.readAll();

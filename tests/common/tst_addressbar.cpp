@@ -128,6 +128,7 @@ private Q_SLOTS:
             for (const char* folder : {"/a/", "/b/", "/c/"})
                 bar.setAddress(QString::fromLatin1(folder));
         }
+        SettingsStore::global().flush();
         const SettingsStore onDisk(SettingsStore::defaultPath());
         QCOMPARE(onDisk.read(form, QStringLiteral("File_Recent_0")), QStringLiteral("/b/"));
         // The next run's bar goes back through the earlier folders of the last one.

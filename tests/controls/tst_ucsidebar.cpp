@@ -43,6 +43,7 @@ struct Window
 // Read through a store of its own, so the value must have reached the file.
 QString storedOnDisk(const QString& key)
 {
+    SettingsStore::global().flush();
     return SettingsStore(SettingsStore::defaultPath()).read(Form, key);
 }
 
