@@ -8,7 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QSaveFile>
+#include <QTemporaryFile>
 #include <QStandardPaths>
 #include <QtEndian>
 #include <QUrl>
@@ -16,6 +16,7 @@
 #include <zlib.h>
 
 #include <array>
+#include <cstdio>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -251,12 +252,24 @@ bool save(const QString& target, const QByteArray& png)
 {
     if (png.isEmpty() || !ensureFolder(QFileInfo(target).path()))
         return false;
-    QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly) || file.write(png) != png.size())
+    // Written beside its place and renamed over it, so readers never see half a file. No sync
+    // to disk (QSaveFile's would cost a disk flush per thumbnail): a thumbnail torn by a crash
+    // fails its PNG check and is simply made again.
+    QTemporaryFile file(target + QStringLiteral(".XXXXXX"));
+    if (!file.open() || file.write(png) != png.size() || !file.flush())
         return false;
-    // QSaveFile's temporary follows the umask; the rename keeps what is set here.
     file.setPermissions(FilePermissions);
-    return file.commit();
+    file.close();
+    const QByteArray from = QFile::encodeName(file.fileName());
+    const QByteArray to = QFile::encodeName(target);
+    if (std::rename(from.constData(), to.constData()) != 0) {
+        // Where rename does not replace (Windows), a stale thumbnail makes way first.
+        QFile::remove(target);
+        if (std::rename(from.constData(), to.constData()) != 0)
+            return false;
+    }
+    file.setAutoRemove(false);
+    return true;
 }
 
 std::optional<QByteArray> readSmallFile(const QString& path)
