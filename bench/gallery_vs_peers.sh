@@ -54,7 +54,7 @@ trap 'rm -rf "$tmp"' EXIT INT TERM
 now_ns() { date +%s%N; }
 value() { sed -n "s/^$1=//p" "$2" | tail -n 1; }
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0) printf "%.2f", a / b; else print "n/a" }'; }
-per_second() { awk -v n="$1" -v ns="$2" 'BEGIN { printf "%.1f", n * 1e9 / ns }'; }
+per_second() { awk -v n="$1" -v ns="$2" 'BEGIN { printf "%.1f\n", n * 1e9 / ns }'; }
 largest() { sort -g | tail -n 1; }
 median() { sort -g | awk '{ v[NR] = $1 } END { if (NR) print v[int((NR + 1) / 2)] }'; }
 loadavg() { cut -d ' ' -f 1 /proc/loadavg; }
