@@ -21,6 +21,7 @@
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
+#include "viewing/PictureWindows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -88,6 +89,11 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     // Every picture pane shares the picture menu and the one way to open a picture.
     PictureMenu::SetMenu(m_menus->Menu(QStringLiteral("mnuPopup_ImageOptions")));
     PictureOpener::SetHandler([this](const QString& path) { Q_EMIT OpenPictureRequested(path); });
+    PictureWindows::SetHost(m_area, this);
+    connect(this, &mdiMain::OpenPictureRequested, this, [this](const QString& path) {
+        if (PictureWindows::Open(path))
+            ProposeRecent(path);
+    });
 
     const int intervals[] = {65000, 2100, 100, 150, 2000};
     for (int i = 0; i < int(tmrMain.size()); ++i) {
@@ -124,6 +130,8 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
 mdiMain::~mdiMain()
 {
     PictureOpener::SetHandler({});
+    PictureWindows::CloseAll();
+    PictureWindows::SetHost(nullptr, nullptr);
     // Child windows announce activation changes while the frame tears them down; by then our
     // own members are gone, so stop listening first.
     m_area->disconnect(this);
@@ -275,6 +283,7 @@ void mdiMain::tmrMain_Timer(int index)
         break;
     case 2:
         UpdateCommandStates();
+        RestoreChildCommands();
         break;
     case 3:
         DeferredStartUp();
@@ -404,6 +413,34 @@ void mdiMain::UpdateCommandStates()
     for (int index : {7, 8, 9})
         if (auto* action = m_toolbar->findChild<QAction*>(QStringLiteral("tlbMain(%1)").arg(index)))
             action->setEnabled(child);
+}
+
+void mdiMain::RestoreChildCommands()
+{
+    // The windows with a picture pane bring the View and picture-pane menus in line with
+    // their own settings when they become active.
+    QWidget* child = ActiveChild();
+    static const QStringList withPane = {QStringLiteral("frmMyImages"), QStringLiteral("frmViewImage"),
+                                         QStringLiteral("frmSlideshow")};
+    if (!child || !withPane.contains(child->objectName()))
+        return;
+    const QString section = child->objectName();
+    for (int bar = 1; bar <= 3; ++bar) {
+        bool shown = true;
+        settings().readInto(Keys::ViewRestore(bar).in(section), shown);
+        if (QAction* action = m_menus->Action(QStringLiteral("mnuView_Controls"), bar)) {
+            action->setCheckable(true);
+            action->setChecked(shown);
+        }
+    }
+    bool stretch = false;
+    settings().readInto(Keys::Sel_Stretch.in(section), stretch);
+    for (int entry : {0, 1})
+        if (QAction* action = m_menus->Action(QStringLiteral("mnuImgPreview_Options"), entry)) {
+            action->setCheckable(true);
+            action->setChecked((entry == 0) == stretch);
+        }
+    ChildOps::Call(child, "SetStretch", stretch);
 }
 
 void mdiMain::ApplyWallpaperTicks(int style)
@@ -637,7 +674,7 @@ void mdiMain::mnuView_Controls_Click(int index)
         return;
     }
     if (index == 5)
-        Q_EMIT CommandRequested(QStringLiteral("mnuView_Controls"), index);
+        PictureWindows::FullScreen();
 }
 
 void mdiMain::mnuTools_Click(int index)
@@ -736,6 +773,9 @@ void mdiMain::mnuSys_Click(int index)
 void mdiMain::mnuPopup_ImageOptions_Click(int index)
 {
     switch (index) {
+    case 0:
+        PictureWindows::FullScreen();
+        break;
     case 4:
         RefreshChild();
         break;

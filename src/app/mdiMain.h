@@ -103,6 +103,7 @@ private:
     void ShowTipOfTheDay();
     void RebuildRecentMenu();
     void UpdateCommandStates();
+    void RestoreChildCommands();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();
     void CreateSideBar();

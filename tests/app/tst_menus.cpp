@@ -285,7 +285,9 @@ private Q_SLOTS:
         QSignalSpy open(main.get(), &mdiMain::OpenPictureRequested);
         main->Menus()->Action("mnuFile", 14)->trigger();
         QCOMPARE(open.value(0).value(0).toString(), QStringLiteral("/pics/trip/beach.jpg"));
-        QCOMPARE(SettingsStore::global().read("mdiMain", "File_Recent_0"), QStringLiteral("/pics/cat.png"));
+        // Viewing it makes it the newest entry.
+        QCOMPARE(SettingsStore::global().read("mdiMain", "File_Recent_0"), QStringLiteral("/pics/trip/beach.jpg"));
+        QCOMPARE(first->text(), QStringLiteral("&1 beach.jpg"));
     }
 };
 

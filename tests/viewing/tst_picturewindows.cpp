@@ -1,0 +1,208 @@
+#include "TestWorld.h"
+
+#include "app/MainMenus.h"
+#include "app/SettingsStore.h"
+#include "app/mdiMain.h"
+#include "common/AppGlobals.h"
+#include "viewing/PictureOpener.h"
+#include "viewing/PictureWindows.h"
+#include "viewing/frmFullScreen.h"
+#include "viewing/frmViewImage.h"
+#include "viewing/ucImgPreview.h"
+
+#include <QImage>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QToolBar>
+
+#include <memory>
+
+class tst_PictureWindows : public QObject
+{
+    Q_OBJECT
+
+    QString m_folder;
+
+    std::unique_ptr<mdiMain> makeMain()
+    {
+        auto main = std::make_unique<mdiMain>();
+        main->Load();
+        main->show();
+        [[maybe_unused]] const bool settled = QTest::qWaitFor([&] { return !main->StartingUp(); });
+        return main;
+    }
+
+    QString picture(const QString& name, QSize size = {400, 300})
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        const QString path = m_folder + u'/' + name;
+        if (!QFile::exists(path))
+            image.save(path);
+        return path;
+    }
+
+    static QMdiSubWindow* subOf(QWidget* window) { return qobject_cast<QMdiSubWindow*>(window->parentWidget()); }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_folder = property("worldPath").toString() + QStringLiteral("/pics");
+        QDir().mkpath(m_folder);
+    }
+
+    void cleanup() { Globals().CurrentPicture.clear(); }
+
+    void secondOpenShowsFullScreen_data()
+    {
+        QTest::addColumn<QString>("again");
+        QTest::addColumn<bool>("byEscape");
+        QTest::newRow("same spelling, close button") << "Beach.png" << false;
+        QTest::newRow("other letter case, Esc") << "BEACH.PNG" << true;
+    }
+
+    void secondOpenShowsFullScreen()
+    {
+        QFETCH(QString, again);
+        QFETCH(bool, byEscape);
+        auto main = makeMain();
+        const QString path = picture(QStringLiteral("Beach.png"));
+        const int openedBefore = PictureWindows::WindowsOpened();
+
+        // Opened the way a double click on any picture pane opens it.
+        PictureOpener::Open(path);
+        QCOMPARE(PictureWindows::OpenPaths(), QStringList{path});
+        auto* window = qobject_cast<frmViewImage*>(main->ActiveChild());
+        QVERIFY(window);
+        QCOMPARE(window->windowTitle(), path);
+        QCOMPARE(main->Recent().Item(0), path);
+
+        QVERIFY(!PictureWindows::Open(m_folder + u'/' + again));
+        QCOMPARE(PictureWindows::OpenPaths().size(), 1);
+        QCOMPARE(main->Area()->subWindowList().size(), 1);
+        frmFullScreen* full = PictureWindows::FullScreenWindow();
+        QVERIFY(full && full->isVisible());
+        QCOMPARE(full->ImageFile(), path);
+        QVERIFY(!main->isVisible());
+        QTRY_VERIFY(full->Preview()->DecodedImage().width() > 0);
+
+        // A second request while full screen is up reuses the one full-screen window.
+        QVERIFY(!PictureWindows::Open(path));
+        QCOMPARE(PictureWindows::FullScreenWindow(), full);
+
+        const QPointer<frmFullScreen> watch(full);
+        if (byEscape)
+            QTest::keyClick(full, Qt::Key_Escape);
+        else
+            QTest::mouseClick(full->CloseButton(), Qt::LeftButton);
+        QTRY_VERIFY(!watch);
+        QVERIFY(main->isVisible());
+        // The picture window was the active child, so it went with the full-screen view.
+        QTRY_COMPARE(main->Area()->subWindowList().size(), 0);
+        QVERIFY(PictureWindows::OpenPaths().isEmpty());
+
+        QVERIFY(PictureWindows::Open(path));
+        QCOMPARE(PictureWindows::WindowsOpened(), openedBefore + 2);
+        PictureWindows::CloseAll();
+    }
+
+    void fullScreenNeedsCurrentPicture()
+    {
+        auto main = makeMain();
+        Globals().CurrentPicture.clear();
+        QVERIFY(!PictureWindows::FullScreen());
+        main->mnuView_Controls_Click(5);
+        QVERIFY(!PictureWindows::FullScreenWindow());
+        QVERIFY(main->isVisible());
+    }
+
+    void unreadableFileStillOpens()
+    {
+        auto main = makeMain();
+        const QString path = m_folder + QStringLiteral("/broken.jpg");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("\xff\xd8\xff\xe0 not really a jpeg");
+        file.close();
+        frmViewImage* window = PictureWindows::Open(path);
+        QVERIFY(window);
+        QCOMPARE(window->windowTitle(), path);
+        QCOMPARE(window->Preview()->ImgWidth(), 0);
+        QTest::qWait(50);
+        QVERIFY(window->Preview()->DecodedImage().isNull());
+        PictureWindows::CloseAll();
+        QVERIFY(PictureWindows::OpenPaths().isEmpty());
+    }
+
+    void fitAndSizeToPicture()
+    {
+        auto main = makeMain();
+        main->resize(1000, 800);
+        frmViewImage* window = PictureWindows::Open(picture(QStringLiteral("wide.png"), {1600, 900}));
+        QVERIFY(window);
+        QMdiSubWindow* sub = subOf(window);
+        QVERIFY(sub);
+        QCOMPARE(window->Preview()->size(), window->centralWidget()->size());
+
+        // Before the switch, the pane follows the window.
+        sub->resize(sub->size() + QSize(40, 30));
+        QTRY_COMPARE(window->Preview()->size(), window->centralWidget()->size());
+
+        window->tlbMain_ButtonClick(1); // fit
+        QVERIFY(window->FitToggle());
+        window->tlbMain_ButtonClick(1); // window to the picture: from now on the pane stays
+        QVERIFY(!window->FitToggle());
+        QCOMPARE(window->centralWidget()->size(), window->Preview()->size());
+        const QSize pane = window->Preview()->size();
+        sub->resize(sub->size() - QSize(60, 50));
+        QCoreApplication::processEvents();
+        QCOMPARE(window->Preview()->size(), pane);
+
+        window->tlbMain_ButtonClick(1); // the button still fits
+        QCOMPARE(window->Preview()->size(), window->centralWidget()->size());
+        PictureWindows::CloseAll();
+    }
+
+    void activationAppliesStoredStretch()
+    {
+        auto main = makeMain();
+        SettingsStore::global().writeBool(frmViewImage::Section, QStringLiteral("Sel_Stretch"), true);
+        frmViewImage* window = PictureWindows::Open(picture(QStringLiteral("tall.png"), {200, 500}));
+        QVERIFY(window);
+        QTRY_VERIFY(window->Preview()->StretchMode());
+        QVERIFY(main->Menus()->Action(QStringLiteral("mnuImgPreview_Options"), 0)->isChecked());
+        QCOMPARE(window->Preview()->ElementRect().size(), QSizeF(window->Preview()->size()));
+
+        main->mnuImgPreview_Options_Click(1);
+        QVERIFY(!window->Preview()->StretchMode());
+        QVERIFY(window->Preview()->ElementRect().width() < window->Preview()->width());
+        PictureWindows::CloseAll();
+    }
+
+    void closeButtonDragsWithoutClosing()
+    {
+        auto main = makeMain();
+        Globals().CurrentPicture = picture(QStringLiteral("drag.png"));
+        frmFullScreen* full = PictureWindows::FullScreen();
+        QVERIFY(full);
+        QPushButton* button = full->CloseButton();
+        const QPoint start = button->pos();
+        QTest::mousePress(button, Qt::LeftButton, {}, QPoint(5, 5));
+        QMouseEvent move(QEvent::MouseMove, QPointF(5, 5) + QPointF(-200, 150),
+                         button->mapToGlobal(QPointF(5, 5) + QPointF(-200, 150)), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(button, &move);
+        QVERIFY(full->tmrMoveButton.isActive());
+        // The button has followed the pointer, which is still over the same spot of it.
+        QTest::mouseRelease(button, Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(button->pos(), start + QPoint(-200, 150));
+        QVERIFY(!full->tmrMoveButton.isActive());
+        QVERIFY(full->isVisible());
+        full->cmdClose_Click();
+        QVERIFY(main->isVisible());
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_PictureWindows)
+#include "tst_picturewindows.moc"
