@@ -853,6 +853,10 @@ bool frmThumbnails::eventFilter(QObject* watched, QEvent* event)
             return keyEvent(widget, static_cast<QKeyEvent*>(event), type == QEvent::KeyPress);
         return false;
     }
+    // The side bar rolling out or being dragged narrows the grid without resizing the window:
+    // the columns must follow or the last one is cut off.
+    if (watched == m_grid && type == QEvent::Resize)
+        tmrResize.start();
     if (watched == m_grid && type == QEvent::MouseButtonDblClick) {
         // A double click opens the picture under it, unless its second press, coming within
         // tmrDblClick, has opened it already.

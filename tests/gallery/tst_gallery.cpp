@@ -4,6 +4,8 @@
 #include "app/SettingsStore.h"
 #include "common/AppGlobals.h"
 #include "common/Utilities.h"
+#include "controls/ucSideBar.h"
+#include "gallery/GalleryLayout.h"
 #include "gallery/ThumbGrid.h"
 #include "gallery/ThumbPipeline.h"
 #include "gallery/frmThumbnails.h"
@@ -315,6 +317,28 @@ private slots:
         QCOMPARE(gallery->lblSelected()->text(), label);
         QCOMPARE(tst_Gallery::status(), status);
         QCOMPARE(gallery->ucPreview()->FileName(), gallery->FileOf(clicks.last()));
+    }
+
+    void columnsFollowTheSideBar()
+    {
+        auto gallery = galleryOn(fourPictures());
+        QVERIFY(gallery);
+        ucSideBar* bar = gallery->sideBar();
+        ThumbGrid* grid = gallery->picFrame();
+        // The last column must lie inside the grid however wide the side bar is.
+        const auto lastColumnFits = [&] {
+            const int columns = gallery->Columns();
+            return GalleryLayout::CellPos(columns - 1, columns, gallery->BoxSize()).x() + gallery->BoxSize()
+                   <= grid->width();
+        };
+        bar->RollUp();
+        QTRY_VERIFY(!bar->isRolling());
+        QTRY_VERIFY(lastColumnFits());
+        const int wide = gallery->Columns();
+        bar->RollOut();
+        QTRY_VERIFY(!bar->isRolling());
+        QTRY_VERIFY(gallery->Columns() < wide);
+        QVERIFY(lastColumnFits());
     }
 
     void doubleClickOpens()
