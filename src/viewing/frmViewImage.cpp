@@ -2,6 +2,7 @@
 
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "viewing/frmImageProps.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/PreviewLayout.h"
 #include "viewing/ucImgPreview.h"
@@ -149,6 +150,7 @@ void frmViewImage::tlbMain_ButtonClick(int index)
         QCoreApplication::processEvents();
         // Properties describe this window's picture.
         Globals().CurrentPicture = m_file;
+        frmImageProps::ShowCurrent(window());
         break;
     default:
         break;
