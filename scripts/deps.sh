@@ -17,6 +17,7 @@ LUMBRA_PACKAGES=(
   xauth                      # access cookie for that display
   xdotool                    # finds the window and types keys in the end-to-end test
   imagemagick                # screenshot of the virtual display; test pictures
+  poppler-utils              # pdfinfo, pdftoppm: the printing test reads its PDF back
   x11-utils                  # xdpyinfo: waits until the virtual display answers
   fonts-dejavu-core          # a font, so windows draw text under Xvfb
   clang                      # clang++ for the libFuzzer build of the picture loader (scripts/fuzz.sh)
