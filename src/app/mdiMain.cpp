@@ -21,7 +21,10 @@
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
+#include "viewing/PicturePrinter.h"
 #include "viewing/PictureWindows.h"
+#include "viewing/frmImageProps.h"
+#include "viewing/frmPageSetup.h"
 
 #include <QAction>
 #include <QApplication>
@@ -624,6 +627,15 @@ void mdiMain::mnuFile_Click(int index)
     case 3:
         m_area->closeAllSubWindows();
         break;
+    case 8:
+        frmPageSetup::ShowDialog(this);
+        break;
+    case 9:
+        PicturePrinter::PrintCurrent(this);
+        break;
+    case 11:
+        frmImageProps::ShowCurrent(this);
+        break;
     case 13:
     case 14:
     case 15:
@@ -789,8 +801,14 @@ void mdiMain::mnuPopup_ImageOptions_Click(int index)
     case 13:
         CallChild("RenameImage");
         break;
+    case 15:
+        PicturePrinter::PrintCurrent(this);
+        break;
     case 16:
         CallChild("DeleteItems");
+        break;
+    case 18:
+        frmImageProps::ShowCurrent(this);
         break;
     default:
         Q_EMIT CommandRequested(QStringLiteral("mnuPopup_ImageOptions"), index);
@@ -817,7 +835,7 @@ void mdiMain::mnuImgPreview_Options_Click(int index)
         settings().writeBool(Keys::Sel_Stretch.in(child->objectName()), stretch);
         ChildOps::Call(child, "SetStretch", stretch);
     } else if (index == 6) {
-        Q_EMIT CommandRequested(QStringLiteral("mnuImgPreview_Options"), index);
+        frmImageProps::ShowCurrent(this);
     }
 }
 

@@ -5,13 +5,18 @@
 #include "app/SettingsStore.h"
 #include "app/mdiMain.h"
 #include "common/AppGlobals.h"
+#include "viewing/frmImageProps.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QImage>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QLabel>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTimer>
 
 // A child window that records the operations the main window calls on it.
 class RecordingChild : public QWidget
@@ -181,12 +186,44 @@ private Q_SLOTS:
         auto* plain = new QWidget;
         addChild(*main, plain, QStringLiteral("frmPlain"));
         QTest::failOnWarning(QRegularExpression(QStringLiteral("invokeMethod|No such method")));
+        // Print says there is no picture to print: close whatever box comes up.
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, [] {
+            if (QWidget* box = QApplication::activeModalWidget())
+                box->close();
+        });
+        closer.start(10);
         for (const char* array : {"mnuSort_By", "mnuEdit", "mnuPopup_ImageOptions"})
             for (int index = 0; index < 19; ++index)
                 if (QAction* action = main->Menus()->Action(QLatin1String(array), index))
                     if (!action->isSeparator() && !action->menu())
                         action->trigger();
         QCOMPARE(main->ActiveChild(), plain);
+    }
+
+    void propertiesEntriesDescribeTheCurrentPicture_data()
+    {
+        QTest::addColumn<QString>("array");
+        QTest::addColumn<int>("index");
+        QTest::newRow("File") << "mnuFile" << 11;
+        QTest::newRow("picture menu") << "mnuPopup_ImageOptions" << 18;
+        QTest::newRow("preview menu") << "mnuImgPreview_Options" << 6;
+    }
+
+    void propertiesEntriesDescribeTheCurrentPicture()
+    {
+        QFETCH(QString, array);
+        QFETCH(int, index);
+        auto main = makeMain();
+        addChild(*main, new RecordingChild, QStringLiteral("frmThumbnails"));
+        const QString picture = property("worldPath").toString() + QStringLiteral("/props.png");
+        QImage(30, 20, QImage::Format_RGB32).save(picture);
+        Globals().CurrentPicture = picture;
+        main->Menus()->Action(array, index)->trigger();
+        QTRY_VERIFY(frmImageProps::Current());
+        QVERIFY(frmImageProps::Current()->lblCaption->text().endsWith(QStringLiteral("props.png")));
+        delete frmImageProps::Current();
+        Globals().CurrentPicture.clear();
     }
 
     void viewEntryWritesItsOwnKey()
