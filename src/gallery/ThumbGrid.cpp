@@ -87,7 +87,8 @@ void ThumbGrid::setColumns(int columns)
 void ThumbGrid::setCount(int count)
 {
     m_count = std::max(0, count);
-    m_captions = QList<QString>(m_count);
+    // Captions are made room for when the first one is set: most galleries show none.
+    m_captions.clear();
     m_captionStrips.clear();
     m_checked.assign(size_t(m_count), false);
     m_hidden.assign(size_t(m_count), false);
@@ -100,8 +101,10 @@ void ThumbGrid::setCount(int count)
 
 void ThumbGrid::setCaption(int index, const QString& caption)
 {
-    if (!isValid(index) || m_captions[index] == caption)
+    if (!isValid(index) || this->caption(index) == caption)
         return;
+    if (m_captions.isEmpty())
+        m_captions.resize(m_count);
     m_captions[index] = caption;
     m_captionStrips.remove(index);
     updateCell(index);
@@ -109,7 +112,7 @@ void ThumbGrid::setCaption(int index, const QString& caption)
 
 QString ThumbGrid::caption(int index) const
 {
-    return isValid(index) ? m_captions[index] : QString();
+    return isValid(index) && index < m_captions.size() ? m_captions[index] : QString();
 }
 
 void ThumbGrid::setChecked(int index, bool checked)
@@ -215,7 +218,7 @@ void ThumbGrid::paintCell(QPainter& painter, int index)
     paintPicture(painter, cell, index);
     if (!look.overlay.isNull())
         painter.drawPixmap(cell.topLeft(), look.overlay);
-    if (!m_captions[index].isEmpty())
+    if (index < m_captions.size() && !m_captions[index].isEmpty())
         paintCaption(painter, cell, index);
 }
 

@@ -127,6 +127,12 @@ public:
         m_cache.insert(key, new QImage(image), cost);
     }
 
+    bool isEmpty()
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_cache.isEmpty();
+    }
+
     void setBudget(qint64 bytes)
     {
         QMutexLocker lock(&m_mutex);
@@ -271,10 +277,12 @@ void ThumbPipeline::Start(std::vector<ThumbJob> jobs, QSize innerBox)
     m_finished = 0;
     // A re-sort or refresh of the same folder finds its thumbnails here without a worker.
     std::vector<bool> done(count);
+    // The first load of a big folder has nothing in memory: skip a hundred thousand look-ups.
+    const bool lookUp = !m_memory->isEmpty();
     for (int i = 0; i < count; ++i) {
         const ThumbJob& job = (*m_jobs)[i];
         m_facts[i] = {job.size, job.mtime};
-        if (!known(job.size, job.mtime))
+        if (!lookUp || !known(job.size, job.mtime))
             continue;
         if (const auto image = m_memory->find({job.path, job.size, job.mtime, innerBox})) {
             m_states[i] = image->isNull() ? State::Failed : State::Made;

@@ -372,6 +372,11 @@ frmThumbnails::FolderListing frmThumbnails::listFolder(std::shared_ptr<FilesFoun
         }
         listing.cells.push_back(std::move(cell));
     }
+    // The pipeline's copy of the cells, made here: on the UI thread copying a hundred thousand
+    // paths stalls it for milliseconds.
+    listing.jobs.reserve(listing.cells.size());
+    for (const Cell& cell : listing.cells)
+        listing.jobs.push_back({cell.path, cell.size, cell.mtime});
     listing.files = std::move(files);
     return listing;
 }
@@ -388,7 +393,8 @@ void frmThumbnails::listed()
 {
     if (!m_loading || !m_listing.isFinished() || m_listing.isCanceled())
         return;
-    FolderListing listing = m_listing.result();
+    // Taken, not copied: a folder of a hundred thousand cells is milliseconds of copying.
+    FolderListing listing = m_listing.future().takeResult();
     m_listing.setFuture({});
     const bool rescanned = m_listStale;
     m_listStale = false;
@@ -427,15 +433,17 @@ void frmThumbnails::listed()
         settings().write(Keys::BrowsePath.in(Section), m_path);
     m_loading = false;
     layOutWindow();
-    startPass();
+    startPass(std::move(listing.jobs));
 }
 
-void frmThumbnails::startPass()
+void frmThumbnails::startPass(std::vector<ThumbJob> jobs)
 {
-    std::vector<ThumbJob> jobs;
-    jobs.reserve(m_cells.size());
-    for (const Cell& cell : m_cells)
-        jobs.push_back({cell.path, cell.size, cell.mtime});
+    if (jobs.size() != m_cells.size()) {
+        jobs.clear();
+        jobs.reserve(m_cells.size());
+        for (const Cell& cell : m_cells)
+            jobs.push_back({cell.path, cell.size, cell.mtime});
+    }
     const qreal ratio = devicePixelRatioF();
     const int inner = qMax(1, qRound((m_box - 2) * ratio));
     m_pipeline->Start(std::move(jobs), QSize(inner, inner));

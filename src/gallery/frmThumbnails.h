@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gallery/FilesFound.h"
+#include "gallery/ThumbPipeline.h"
 
 #include <QFutureWatcher>
 #include <QMainWindow>
@@ -15,7 +16,6 @@ class QLabel;
 class QScrollBar;
 class QToolBar;
 class ThumbGrid;
-class ThumbPipeline;
 class ucFolders;
 class ucImgPreview;
 class ucSideBar;
@@ -106,7 +106,9 @@ private:
     void load(bool keepList);
     void listed();
     void finishListing();
-    void startPass();
+    // Starts making the cells' thumbnails; jobs, when given, are the cells as the pipeline
+    // takes them, made off the UI thread by the listing.
+    void startPass(std::vector<ThumbJob> jobs = {});
     void passFinished(bool cancelled);
     void select(int index);
     void openPicture();
@@ -138,6 +140,7 @@ private:
     {
         std::shared_ptr<FilesFound> files;
         std::vector<Cell> cells;
+        std::vector<ThumbJob> jobs;
     };
     static FolderListing listFolder(std::shared_ptr<FilesFound> files, const QString& path, int sortation);
 
