@@ -135,6 +135,19 @@ private Q_SLOTS:
         QVERIFY(PictureWindows::OpenPaths().isEmpty());
     }
 
+    void windowsStayInsideTheFrame()
+    {
+        auto main = makeMain();
+        const QRect room = main->Area()->viewport()->rect();
+        // Each new window is placed beside the last; a big picture's window must not run off.
+        for (const char* name : {"wide1.png", "wide2.png", "wide3.png"}) {
+            frmViewImage* window = PictureWindows::Open(picture(QLatin1String(name), {1600, 900}));
+            QVERIFY(window);
+            QVERIFY2(room.contains(subOf(window)->geometry()), name);
+        }
+        PictureWindows::CloseAll();
+    }
+
     void fitAndSizeToPicture()
     {
         auto main = makeMain();
