@@ -9,8 +9,16 @@
 #include <QMutex>
 #include <QThread>
 
+#include <algorithm>
+#include <cerrno>
 #include <deque>
 #include <optional>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -26,6 +34,23 @@ struct MemoryKey
 size_t qHash(const MemoryKey& key, size_t seed = 0)
 {
     return qHashMulti(seed, key.path, key.size, key.mtime, key.box.width(), key.box.height());
+}
+
+// Workers give way to the UI thread: with both cores making thumbnails, a scroll or a click
+// would otherwise wait for a worker's time slice to end. Linux keeps a nice value per thread.
+void yieldToTheUi()
+{
+#ifdef Q_OS_LINUX
+    thread_local bool lowered = false;
+    if (lowered)
+        return;
+    lowered = true;
+    const auto thread = id_t(syscall(SYS_gettid));
+    errno = 0;
+    const int nice = getpriority(PRIO_PROCESS, thread);
+    if (errno == 0)
+        setpriority(PRIO_PROCESS, thread, std::min(nice + 5, 19));
+#endif
 }
 
 bool known(qint64 size, qint64 mtime)
@@ -359,6 +384,7 @@ void ThumbPipeline::wake() const
 
 void ThumbPipeline::work()
 {
+    yieldToTheUi();
     while (const std::optional<Task> task = m_queue->take()) {
         Result result{task->generation, task->index,     task->remake, task->job.path,
                       task->job.size,   task->job.mtime, task->box,    {}};
