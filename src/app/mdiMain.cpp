@@ -9,6 +9,7 @@
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
 #include "app/frmHelp.h"
+#include "app/frmOptions.h"
 #include "app/frmSplash.h"
 #include "app/frmSysTray.h"
 #include "browser/frmMyImages.h"
@@ -698,8 +699,10 @@ void mdiMain::mnuTools_Click(int index)
         tlbMain_ButtonClick(index - 1);
         break;
     case 7:
-    case 9:
         Q_EMIT CommandRequested(QStringLiteral("mnuTools"), index);
+        break;
+    case 9:
+        frmOptions::ShowDialog(this);
         break;
     default:
         break;
