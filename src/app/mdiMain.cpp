@@ -12,6 +12,7 @@
 #include "app/frmOptions.h"
 #include "app/frmSplash.h"
 #include "app/frmSysTray.h"
+#include "app/frmTip.h"
 #include "browser/frmMyImages.h"
 #include "browser/frmSlideshow.h"
 #include "common/AppGlobals.h"
@@ -319,6 +320,7 @@ void mdiMain::DeferredStartUp()
 
 void mdiMain::ShowTipOfTheDay()
 {
+    frmTip::Open(this);
     Q_EMIT TipWindowRequested();
 }
 
