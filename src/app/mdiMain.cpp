@@ -9,8 +9,10 @@
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
 #include "app/frmHelp.h"
+#include "app/frmOptions.h"
 #include "app/frmSplash.h"
 #include "app/frmSysTray.h"
+#include "app/frmTip.h"
 #include "browser/frmMyImages.h"
 #include "browser/frmSlideshow.h"
 #include "common/AppGlobals.h"
@@ -318,6 +320,7 @@ void mdiMain::DeferredStartUp()
 
 void mdiMain::ShowTipOfTheDay()
 {
+    frmTip::Open(this);
     Q_EMIT TipWindowRequested();
 }
 
@@ -698,8 +701,10 @@ void mdiMain::mnuTools_Click(int index)
         tlbMain_ButtonClick(index - 1);
         break;
     case 7:
-    case 9:
         Q_EMIT CommandRequested(QStringLiteral("mnuTools"), index);
+        break;
+    case 9:
+        frmOptions::ShowDialog(this);
         break;
     default:
         break;

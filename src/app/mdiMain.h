@@ -77,6 +77,13 @@ public:
     ucCoolProg* StatusStrip() const { return m_statusStrip; }
     const RecentList& Recent() const { return m_recent; }
     int IdleTicks() const { return m_idleTicks; }
+    int MinToTrayMinutes() const { return m_minToTrayMinutes; }
+    // A new idle time counts from now, so a shorter one cannot be passed already.
+    void SetMinToTrayMinutes(int minutes)
+    {
+        m_minToTrayMinutes = minutes;
+        m_idleTicks = 0;
+    }
     bool StartingUp() const { return m_startingUp; }
     bool HiddenToTray() const { return m_hiddenToTray; }
     QString Greeting() const { return m_greeting; }

@@ -1,0 +1,318 @@
+#include "app/frmOptions.h"
+
+#include "app/ChildOps.h"
+#include "app/frmSysTray.h"
+#include "app/mdiMain.h"
+#include "app/OptionsRules.h"
+#include "app/SettingsStore.h"
+#include "common/AppGlobals.h"
+#include "common/Formats.h"
+#include "common/Utilities.h"
+#include "controls/ucSideBar.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QFrame>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int MinToTrayOption = 0;
+constexpr int TrayIconOption = 1;
+constexpr int SideBarOption = 4;
+constexpr int OnTopOption = 5;
+constexpr int StatusBarOption = 11;
+constexpr int CaptionsOption = 13;
+
+enum Tab
+{
+    AppearanceTab,
+    GeneralTab,
+    PicturesTab,
+    TrayTab
+};
+
+struct OptionBox
+{
+    int option;
+    QString caption;
+    Tab tab;
+};
+
+// In the order they stand on their tabs.
+const OptionBox OptionBoxes[] = {
+    {11, QStringLiteral("Status Ba&r"), AppearanceTab},
+    {4, QStringLiteral("&Show Sidebar"), AppearanceTab},
+    {3, QStringLiteral("Confirm all &deletes and changes"), GeneralTab},
+    {6, QStringLiteral("Show Tips and T&ricks at startup"), GeneralTab},
+    {9, QStringLiteral("&Always load last area I worked in"), GeneralTab},
+    {5, QStringLiteral("Always &on top ->"), GeneralTab},
+    {7, QStringLiteral("Snap to screen / dock to sides"), GeneralTab},
+    {8, QStringLiteral("&Hover select images"), PicturesTab},
+    {12, QStringLiteral("&Single-click to Open / Hover Select"), PicturesTab},
+    {13, QStringLiteral("Show captions below Thumbnails."), PicturesTab},
+    {1, QStringLiteral("&Show icon in system tray"), TrayTab},
+    {0, QStringLiteral("Minimize to tray when inactive:"), TrayTab},
+    {10, QStringLiteral("&Minimize to Tray on startup"), TrayTab},
+};
+
+SettingsStore& settings()
+{
+    return SettingsStore::global();
+}
+
+} // namespace
+
+frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
+{
+    setObjectName(QStringLiteral("frmOptions"));
+    setWindowTitle(QStringLiteral("Options"));
+    setModal(true);
+
+    SSTab1 = new QTabWidget(this);
+    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    std::array<QVBoxLayout*, 4> pages{};
+    const QString titles[] = {QStringLiteral("Appearance"), QStringLiteral("General"),
+                              QStringLiteral("Pictures"), QStringLiteral("Tray")};
+    for (size_t tab = 0; tab < pages.size(); ++tab) {
+        auto* page = new QWidget(SSTab1);
+        pages[tab] = new QVBoxLayout(page);
+        SSTab1->addTab(page, titles[tab]);
+    }
+
+    for (const OptionBox& box : OptionBoxes) {
+        auto* check = new QCheckBox(box.caption, this);
+        check->setObjectName(QStringLiteral("chkGeneral(%1)").arg(box.option));
+        chkGeneral[size_t(box.option)] = check;
+    }
+    chkExtraTypes = new QCheckBox(QStringLiteral("Show &PNG and WebP images"), this);
+    chkExtraTypes->setObjectName(QStringLiteral("chkExtraTypes"));
+    chkExtraTypes->setToolTip(QStringLiteral("The gallery also shows .png and .webp files"));
+
+    // Appearance: the menus and toolbar, the status strip, the side bar and the colour.
+    auto* menuFrame = new QGroupBox(QStringLiteral("Main Menu Appearance"), this);
+    auto* menuLayout = new QVBoxLayout(menuFrame);
+    const QString menuChoices[] = {QStringLiteral("Bot&h Toolbar and Menu"),
+                                   QStringLiteral("View &Menus Only"),
+                                   QStringLiteral("View &Toolbar Only")};
+    for (size_t i = 0; i < opMainMenu.size(); ++i) {
+        opMainMenu[i] = new QRadioButton(menuChoices[i], menuFrame);
+        opMainMenu[i]->setObjectName(QStringLiteral("opMainMenu(%1)").arg(i));
+        menuLayout->addWidget(opMainMenu[i]);
+    }
+    pages[AppearanceTab]->addWidget(menuFrame);
+
+    cmdColor = new QPushButton(QStringLiteral("My Color"), this);
+    cmdColor->setObjectName(QStringLiteral("cmdColor"));
+    shaColor = new QFrame(this);
+    shaColor->setObjectName(QStringLiteral("shaColor"));
+    shaColor->setFrameShape(QFrame::Box);
+    shaColor->setFixedSize(48, cmdColor->sizeHint().height());
+    shaColor->setAutoFillBackground(true);
+    auto* colorRow = new QHBoxLayout;
+    colorRow->addWidget(cmdColor);
+    colorRow->addWidget(shaColor);
+    colorRow->addStretch(1);
+
+    // The idle time sits beside the option it belongs to.
+    spnMinToTray = MakeSpinButton();
+    lblMinToTray = new QLabel(QStringLiteral("10 minutes"), this);
+    lblMinToTray->setObjectName(QStringLiteral("lblMinToTray"));
+    auto* minutesRow = new QHBoxLayout;
+    minutesRow->addWidget(chkGeneral[MinToTrayOption]);
+    minutesRow->addWidget(spnMinToTray);
+    minutesRow->addWidget(lblMinToTray);
+    minutesRow->addStretch(1);
+
+    auto* trayFrame = new QGroupBox(QStringLiteral("Tray Icon"), this);
+    auto* trayLayout = new QVBoxLayout(trayFrame);
+    for (const OptionBox& box : OptionBoxes) {
+        QCheckBox* check = chkGeneral[size_t(box.option)];
+        if (box.tab == TrayTab) {
+            if (box.option == MinToTrayOption)
+                trayLayout->addLayout(minutesRow);
+            else
+                trayLayout->addWidget(check);
+        } else {
+            pages[box.tab]->addWidget(check);
+        }
+    }
+    pages[AppearanceTab]->addLayout(colorRow);
+    pages[PicturesTab]->addWidget(chkExtraTypes);
+    pages[TrayTab]->addWidget(trayFrame);
+    for (QVBoxLayout* page : pages)
+        page->addStretch(1);
+
+    const QString buttonTexts[] = {QStringLiteral("OK"), QStringLiteral("Cancel")};
+    auto* buttonRow = new QHBoxLayout;
+    buttonRow->addStretch(1);
+    for (size_t i = 0; i < cmdOptions.size(); ++i) {
+        cmdOptions[i] = new QPushButton(buttonTexts[i], this);
+        cmdOptions[i]->setObjectName(QStringLiteral("cmdOptions(%1)").arg(i));
+        buttonRow->addWidget(cmdOptions[i]);
+        connect(cmdOptions[i], &QPushButton::clicked, this,
+                [this, i] { cmdOptions_Click(int(i)); });
+    }
+    cmdOptions[0]->setDefault(true);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(SSTab1);
+    layout->addLayout(buttonRow);
+
+    connect(cmdColor, &QPushButton::clicked, this, &frmOptions::cmdColor_Click);
+    // The idle time only matters while the window may go to the tray by itself.
+    connect(chkGeneral[MinToTrayOption], &QCheckBox::toggled, this, [this](bool on) {
+        spnMinToTray->setEnabled(on);
+        lblMinToTray->setEnabled(on);
+    });
+
+    Form_Load();
+}
+
+QWidget* frmOptions::MakeSpinButton()
+{
+    auto* spin = new QWidget(this);
+    spin->setObjectName(QStringLiteral("spnMinToTray"));
+    auto* layout = new QVBoxLayout(spin);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (const bool up : {true, false}) {
+        auto* arrow = new QToolButton(spin);
+        arrow->setArrowType(up ? Qt::UpArrow : Qt::DownArrow);
+        arrow->setFixedSize(18, 11);
+        arrow->setToolTip(up ? QStringLiteral("Longer") : QStringLiteral("Shorter"));
+        layout->addWidget(arrow);
+        connect(arrow, &QToolButton::clicked, this, [this, up] { StepMinutes(up); });
+    }
+    return spin;
+}
+
+void frmOptions::ShowDialog(mdiMain* main)
+{
+    frmOptions dialog(main);
+    dialog.exec();
+}
+
+void frmOptions::Form_Load()
+{
+    int tab = 1;
+    settings().readInto(Keys::Last_Opt_Tab, tab);
+    if (tab >= 0 && tab < SSTab1->count())
+        SSTab1->setCurrentIndex(tab);
+
+    ShowColor(Formats::colorFromBgr(Globals().MyColor));
+
+    for (size_t i = 0; i < chkGeneral.size(); ++i)
+        if (chkGeneral[i])
+            chkGeneral[i]->setChecked(Globals().option(int(i)));
+    // Ticking fires no signal when the box is already in that state.
+    spnMinToTray->setEnabled(chkGeneral[MinToTrayOption]->isChecked());
+    lblMinToTray->setEnabled(chkGeneral[MinToTrayOption]->isChecked());
+
+    bool extraTypes = true;
+    settings().readInto(Keys::Extra_Types, extraTypes);
+    chkExtraTypes->setChecked(extraTypes);
+
+    // The dialog opens on the appearance the main window has now.
+    int view = 0;
+    settings().readInto(Keys::MainMenu_View, view);
+    opMainMenu[size_t(view >= 0 && view < int(opMainMenu.size()) ? view : 0)]->setChecked(true);
+
+    int minutes = 10;
+    settings().readInto(Keys::MinToTray_Minutes, minutes);
+    lblMinToTray->setText(OptionsRules::MinutesCaption(minutes));
+}
+
+void frmOptions::StepMinutes(bool up)
+{
+    const int shown = OptionsRules::MinutesOfCaption(lblMinToTray->text());
+    lblMinToTray->setText(OptionsRules::MinutesCaption(OptionsRules::MinToTrayStep(shown, up)));
+}
+
+void frmOptions::ShowColor(const QColor& color)
+{
+    QPalette colours = shaColor->palette();
+    colours.setColor(QPalette::Window, color);
+    shaColor->setPalette(colours);
+}
+
+void frmOptions::cmdColor_Click()
+{
+    const QColor chosen = QColorDialog::getColor(shaColor->palette().color(QPalette::Window), this,
+                                                 QStringLiteral("Choose You Color:"));
+    if (chosen.isValid())
+        ShowColor(chosen);
+}
+
+void frmOptions::cmdOptions_Click(int index)
+{
+    if (index != 0) {
+        reject();
+        return;
+    }
+    AppGlobals& globals = Globals();
+    SettingsStore& store = settings();
+
+    globals.MyColor = long(Formats::bgrFromColor(shaColor->palette().color(QPalette::Window)));
+    store.write(Keys::MyColor, qint64(globals.MyColor));
+
+    int view = 0;
+    for (size_t i = 0; i < opMainMenu.size(); ++i)
+        if (opMainMenu[i]->isChecked())
+            view = int(i);
+    store.write(Keys::MainMenu_View, view);
+    if (m_main)
+        m_main->MainMenu_View(view);
+
+    const int minutes = OptionsRules::MinutesOfCaption(lblMinToTray->text());
+    store.write(Keys::MinToTray_Minutes, minutes);
+
+    std::array<bool, AppGlobals::OptionCount> changed{};
+    for (size_t i = 0; i < chkGeneral.size(); ++i) {
+        if (!chkGeneral[i])
+            continue;
+        const long value = chkGeneral[i]->isChecked() ? 1 : 0;
+        changed[i] = value != globals.Options[i];
+        globals.Options[i] = value;
+        store.write(Keys::Option(int(i)), qint64(value));
+    }
+    bool extraTypes = true;
+    store.readInto(Keys::Extra_Types, extraTypes);
+    const bool extraTypesChanged = extraTypes != chkExtraTypes->isChecked();
+    store.writeBool(Keys::Extra_Types, chkExtraTypes->isChecked());
+
+    if (m_main) {
+        m_main->statusBar()->setVisible(globals.option(StatusBarOption));
+        m_main->SetMinToTrayMinutes(minutes);
+        ApplyToMainWindow(changed, extraTypesChanged);
+    }
+
+    store.write(Keys::Last_Opt_Tab, SSTab1->currentIndex());
+    accept();
+}
+
+void frmOptions::ApplyToMainWindow(const std::array<bool, AppGlobals::OptionCount>& changed,
+                                   bool extraTypesChanged)
+{
+    const AppGlobals& globals = Globals();
+    if (changed[TrayIconOption])
+        m_main->Tray()->SetIconVisible(globals.option(TrayIconOption));
+    if (changed[SideBarOption])
+        m_main->SideBar(0)->setVisible(globals.option(SideBarOption));
+    if (changed[OnTopOption])
+        Utilities::SetAlwaysOnTop(m_main, globals.option(OnTopOption));
+    // Captions and the picture types decide what a gallery shows: read its folder again.
+    if (changed[CaptionsOption] || extraTypesChanged)
+        for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
+            ChildOps::Call(sub->widget(), "RefreshMe", false);
+}
