@@ -5,6 +5,7 @@
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
 #include "app/SettingsStore.h"
+#include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
@@ -718,7 +719,7 @@ void mdiMain::mnuWallpaper_Click(int index)
         ApplyWallpaperTicks(index);
         settings().write(Keys::Wallpaper_Style, index);
     } else if (index == 1) {
-        Q_EMIT CommandRequested(QStringLiteral("mnuWallpaper"), index);
+        Wallpaper::SetAsWallpaper(this, {}, false, Wallpaper::TickedStyle(*m_menus));
     }
 }
 
