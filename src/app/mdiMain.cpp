@@ -4,6 +4,7 @@
 #include "app/MainMenus.h"
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
+#include "app/ScreenShot.h"
 #include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
@@ -709,7 +710,9 @@ void mdiMain::mnuTools_Click(int index)
 
 void mdiMain::mnuStuff_Click(int index)
 {
-    if (index == 1 || index == 5)
+    if (index == 1)
+        ScreenShot::TakeAndShow(this);
+    else if (index == 5)
         Q_EMIT CommandRequested(QStringLiteral("mnuStuff"), index);
 }
 
@@ -770,7 +773,7 @@ void mdiMain::mnuSys_Click(int index)
         ShowMain();
         break;
     case 2:
-        Q_EMIT CommandRequested(QStringLiteral("mnuSys"), index);
+        ScreenShot::TakeAndShow(this);
         break;
     case 4:
         mnuHelp_Click(7);
