@@ -4,6 +4,7 @@
 #include "app/MainMenus.h"
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
+#include "app/PictureFiles.h"
 #include "app/ScreenShot.h"
 #include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
@@ -623,11 +624,17 @@ void mdiMain::tlbMain_ButtonClick(int index)
 void mdiMain::mnuFile_Click(int index)
 {
     switch (index) {
+    case 1:
+        PictureFiles::OpenPictures(this);
+        break;
     case 2:
         m_area->closeActiveSubWindow();
         break;
     case 3:
         m_area->closeAllSubWindows();
+        break;
+    case 6:
+        PictureFiles::SaveAsBitmap(this, {});
         break;
     case 8:
         frmPageSetup::ShowDialog(this);
@@ -804,6 +811,9 @@ void mdiMain::mnuPopup_ImageOptions_Click(int index)
         break;
     case 13:
         CallChild("RenameImage");
+        break;
+    case 14:
+        PictureFiles::SaveAsBitmap(this, {});
         break;
     case 15:
         PicturePrinter::PrintCurrent(this);
