@@ -6,7 +6,7 @@ LUMBRA_PACKAGES=(
   build-essential            # g++ 12 and make tools
   cmake                      # build description
   ninja-build                # build tool
-  qt6-base-dev               # Qt Core, Gui, Widgets, Concurrent, PrintSupport, Test
+  qt6-base-dev               # Qt Core, Gui, Widgets, Concurrent, PrintSupport, DBus, Test
   qt6-base-dev-tools         # moc and rcc
   qt6-svg-dev                # QtSvg (icons)
   libjpeg62-turbo-dev        # libjpeg: large photographs decoded at a half, a quarter or an eighth
@@ -20,6 +20,8 @@ LUMBRA_PACKAGES=(
   poppler-utils              # pdfinfo, pdftoppm: the printing test reads its PDF back
   x11-utils                  # xdpyinfo: waits until the virtual display answers
   fonts-dejavu-core          # a font, so windows draw text under Xvfb
+  libglib2.0-bin             # gsettings: the wallpaper on GNOME, Cinnamon and MATE, and its test
+  gsettings-desktop-schemas  # the GNOME background schema the wallpaper test writes
   clang                      # clang++ for the libFuzzer build of the picture loader (scripts/fuzz.sh)
   libclang-rt-14-dev         # libFuzzer and the sanitizer runtimes for clang++
 )

@@ -4,7 +4,10 @@
 #include "app/MainMenus.h"
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
+#include "app/PictureFiles.h"
+#include "app/ScreenShot.h"
 #include "app/SettingsStore.h"
+#include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
@@ -624,11 +627,17 @@ void mdiMain::tlbMain_ButtonClick(int index)
 void mdiMain::mnuFile_Click(int index)
 {
     switch (index) {
+    case 1:
+        PictureFiles::OpenPictures(this);
+        break;
     case 2:
         m_area->closeActiveSubWindow();
         break;
     case 3:
         m_area->closeAllSubWindows();
+        break;
+    case 6:
+        PictureFiles::SaveAsBitmap(this, {});
         break;
     case 8:
         frmPageSetup::ShowDialog(this);
@@ -713,7 +722,9 @@ void mdiMain::mnuTools_Click(int index)
 
 void mdiMain::mnuStuff_Click(int index)
 {
-    if (index == 1 || index == 5)
+    if (index == 1)
+        ScreenShot::TakeAndShow(this);
+    else if (index == 5)
         Q_EMIT CommandRequested(QStringLiteral("mnuStuff"), index);
 }
 
@@ -723,7 +734,7 @@ void mdiMain::mnuWallpaper_Click(int index)
         ApplyWallpaperTicks(index);
         settings().write(Keys::Wallpaper_Style, index);
     } else if (index == 1) {
-        Q_EMIT CommandRequested(QStringLiteral("mnuWallpaper"), index);
+        Wallpaper::SetAsWallpaper(this, {}, false, Wallpaper::TickedStyle(*m_menus));
     }
 }
 
@@ -774,7 +785,7 @@ void mdiMain::mnuSys_Click(int index)
         ShowMain();
         break;
     case 2:
-        Q_EMIT CommandRequested(QStringLiteral("mnuSys"), index);
+        ScreenShot::TakeAndShow(this);
         break;
     case 4:
         mnuHelp_Click(7);
@@ -805,6 +816,9 @@ void mdiMain::mnuPopup_ImageOptions_Click(int index)
         break;
     case 13:
         CallChild("RenameImage");
+        break;
+    case 14:
+        PictureFiles::SaveAsBitmap(this, {});
         break;
     case 15:
         PicturePrinter::PrintCurrent(this);
