@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# End-to-end: the real program on a private Xvfb. It opens a folder, is closed with
-# File > Exit from the keyboard, exits by itself with status 0 and leaves its settings.
+# End-to-end: the real program on a private Xvfb. It opens a folder, takes three screenshots,
+# is closed with File > Exit from the keyboard, exits by itself with status 0 and leaves its settings.
 # Also checks the command line: --version, --help, and status 2 on bad arguments.
 # Usage: startup_exit.sh PATH/TO/lumbra     (exit 77: Xvfb or xdotool missing)
 set -uo pipefail
@@ -132,6 +132,39 @@ for ((i = 0; i < 30; i++)); do
   fi
 done
 [[ -n "$focused" ]] || fail "could not give the main window the keyboard focus"
+
+# --- three screenshots from Stuff > ScreenShot! ---
+# The first is ScreenShot.bmp; the next two each replace ScreenShot(1).bmp. Every one is a
+# bitmap of the whole screen and opens in a picture window.
+wait_for_file() { # wait_for_file PATH NEWER_THAN_MARKER
+  local deadline=$((SECONDS + 15))
+  while ((SECONDS < deadline)); do
+    [[ -f "$1" && "$1" -nt "$2" ]] && return 0
+    sleep 0.2
+  done
+  return 1
+}
+shots=("ScreenShot.bmp" "ScreenShot(1).bmp" "ScreenShot(1).bmp")
+for shot in "${shots[@]}"; do
+  sleep 1.1 # a newer modification time than the marker, even on coarse clocks
+  touch "$world/marker"
+  sleep 1.1
+  xdotool windowfocus "$wid" 2>/dev/null
+  xdotool key alt+s
+  sleep 0.5
+  xdotool key s
+  if ! wait_for_file "$LUMBRA_HOME/$shot" "$world/marker"; then
+    fail "Stuff > ScreenShot! did not write $shot"
+    break
+  fi
+  sleep 1 # the file is renamed into place whole; let the picture window open
+  geometry=$(identify -format '%m %wx%h' "$LUMBRA_HOME/$shot" 2>/dev/null)
+  [[ "$geometry" == BMP*" 1280x1024" ]] || fail "$shot is not a bitmap of the whole screen: '$geometry'"
+done
+[[ ! -e "$LUMBRA_HOME/ScreenShot(2).bmp" ]] || fail "a third screenshot file was written"
+
+xdotool windowfocus "$wid" 2>/dev/null
+sleep 0.5
 xdotool key alt+f
 sleep 0.5
 xdotool key e
