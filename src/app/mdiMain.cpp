@@ -20,6 +20,7 @@
 #include "browser/frmSlideshow.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "common/MdiPlacement.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
 #include "gallery/PictureMenu.h"
@@ -370,6 +371,7 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
     }
     found->show();
     found->widget()->show();
+    MdiPlacement::KeepInsideArea(found);
     m_area->setActiveSubWindow(found);
     SetStatusText(QStringLiteral("Ready"));
     return found->widget();

@@ -2,6 +2,7 @@
 
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "common/MdiPlacement.h"
 #include "viewing/frmImageProps.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/PreviewLayout.h"
@@ -116,12 +117,7 @@ void frmViewImage::Load()
     // before the picture is fitted.
     frame->show();
     show();
-    // The frame places a new window beside the last one; keep it wholly inside the frame.
-    if (auto* sub = qobject_cast<QMdiSubWindow*>(frame); sub && sub->mdiArea()) {
-        const QSize room = sub->mdiArea()->viewport()->size();
-        sub->move(qBound(0, sub->x(), qMax(0, room.width() - sub->width())),
-                  qBound(0, sub->y(), qMax(0, room.height() - sub->height())));
-    }
+    MdiPlacement::KeepInsideArea(qobject_cast<QMdiSubWindow*>(frame));
     FitPictureToWindow();
     m_sizing = false;
 }

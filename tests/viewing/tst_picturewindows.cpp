@@ -1,6 +1,7 @@
 #include "TestWorld.h"
 
 #include "app/MainMenus.h"
+#include "app/MenuTable.h"
 #include "app/SettingsStore.h"
 #include "app/mdiMain.h"
 #include "common/AppGlobals.h"
@@ -144,6 +145,11 @@ private Q_SLOTS:
             frmViewImage* window = PictureWindows::Open(picture(QLatin1String(name), {1600, 900}));
             QVERIFY(window);
             QVERIFY2(room.contains(subOf(window)->geometry()), name);
+        }
+        for (int button : {MenuTable::ThumbnailsButton, MenuTable::MyImagesButton}) {
+            QWidget* child = main->OpenChild(button);
+            QVERIFY(child);
+            QVERIFY2(room.contains(subOf(child)->geometry()), qPrintable(child->objectName()));
         }
         PictureWindows::CloseAll();
     }
