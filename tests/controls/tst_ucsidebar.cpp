@@ -164,7 +164,6 @@ private slots:
 
         QTest::newRow("nothing stored") << QString() << false;
         QTest::newRow("False") << QStringLiteral("False") << true;
-        QTest::newRow("zero") << QStringLiteral("0") << true;
         QTest::newRow("not a boolean") << QStringLiteral("maybe") << false;
     }
 

@@ -72,7 +72,6 @@ private Q_SLOTS:
         QTest::newRow("none") << qint64(0) << "No Images" << false;
         QTest::newRow("below none") << qint64(-1) << "No Images" << false;
         QTest::newRow("one, singular") << qint64(1) << "1 Image" << true;
-        QTest::newRow("two, plural") << qint64(2) << "2 Images" << true;
         QTest::newRow("no thousands separator") << qint64(1234) << "1234 Images" << true;
     }
     void maxSetsCountAndProgress()
@@ -100,7 +99,6 @@ private Q_SLOTS:
         QTest::addColumn<qint64>("value");
         QTest::addColumn<bool>("progress");
         QTest::newRow("below the total moves the bar") << qint64(10) << qint64(4) << true;
-        QTest::newRow("half of a long run") << qint64(100000) << qint64(50000) << true;
         QTest::newRow("the total ends the run") << qint64(10) << qint64(10) << false;
         QTest::newRow("past the total ends the run") << qint64(10) << qint64(11) << false;
     }
@@ -160,9 +158,6 @@ private Q_SLOTS:
         const QStringList resized{"SizeThumbs", "RefreshMe(true)"};
         QTest::newRow("fresh system, 3 confirmed, gallery's 1 resized")
             << "" << false << "Default" << QList<int>{4, 3} << false << "Default" << 16 << "3"
-            << "" << resized;
-        QTest::newRow("largest size")
-            << "" << false << "Default" << QList<int>{10} << false << "10 Times" << 53 << "10"
             << "" << resized;
         QTest::newRow("captions on only, folder read again")
             << "5" << false << "5 Times" << QList<int>{} << true << "5 Times" << 26 << "5"

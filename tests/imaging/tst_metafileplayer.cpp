@@ -107,7 +107,6 @@ QByteArray dib(const QImage& image)
     return buffer.data().mid(14);
 }
 
-// Map mode anisotropic, window (100,100) 200x100 shown in a 400x200 viewport.
 // An 8-bit DIB whose colour table holds the given palette indices (DIB_PAL_COLORS).
 QByteArray paletteIndexedDib(QSize size, QList<int> table,
                              const std::function<int(int, int)>& value)
@@ -130,6 +129,7 @@ QByteArray paletteIndexedDib(QSize size, QList<int> table,
     return d;
 }
 
+// Map mode anisotropic, window (100,100) 200x100 shown in a 400x200 viewport.
 Writer anisotropic()
 {
     Writer w;
@@ -326,37 +326,6 @@ private Q_SLOTS:
         QVERIFY(isColour(image, QPoint(10, 90), edge));
     }
 
-    void arcs_data()
-    {
-        QTest::addColumn<quint16>("function");
-        QTest::addColumn<QPoint>("start");
-        QTest::addColumn<QPoint>("end");
-        QTest::addColumn<QPoint>("filled");
-        QTest::addColumn<QPoint>("empty");
-        QTest::newRow("pie east to north") << quint16(0x081A) << QPoint(100, 50) << QPoint(50, 0)
-                                           << QPoint(70, 30) << QPoint(30, 70);
-        QTest::newRow("pie north to east goes the long way")
-            << quint16(0x081A) << QPoint(50, 0) << QPoint(100, 50) << QPoint(30, 70)
-            << QPoint(70, 30);
-        QTest::newRow("chord west to east is the lower half")
-            << quint16(0x0830) << QPoint(0, 50) << QPoint(100, 50) << QPoint(50, 75)
-            << QPoint(50, 25);
-    }
-    void arcs()
-    {
-        QFETCH(quint16, function);
-        QFETCH(QPoint, start);
-        QFETCH(QPoint, end);
-        QFETCH(QPoint, filled);
-        QFETCH(QPoint, empty);
-        Writer w;
-        w.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
-        w.record(function, {end.y(), end.x(), start.y(), start.x(), 100, 100, 0, 0}).eof();
-        const QImage image = MetafilePlayer::Render(w.plain(), {});
-        QVERIFY(isColour(image, filled, Red));
-        QVERIFY(isColour(image, empty, White));
-    }
-
     void text_data()
     {
         QTest::addColumn<QByteArray>("data");
@@ -453,13 +422,26 @@ private Q_SLOTS:
         QVERIFY(isColour(image, QPoint(3 * q, 3 * q), White));
     }
 
-    void clipping_data()
+    // Arcs and clipping: a red fill that covers one point and leaves another white.
+    void fills_data()
     {
         QTest::addColumn<QByteArray>("data");
         QTest::addColumn<QPoint>("filled");
         QTest::addColumn<QPoint>("empty");
         Writer red;
         red.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        auto arc = [&](quint16 function, QPoint start, QPoint end) {
+            return Writer(red)
+                .record(function, {end.y(), end.x(), start.y(), start.x(), 100, 100, 0, 0})
+                .eof()
+                .plain();
+        };
+        QTest::newRow("pie east to north")
+            << arc(0x081A, {100, 50}, {50, 0}) << QPoint(70, 30) << QPoint(30, 70);
+        QTest::newRow("pie north to east goes the long way")
+            << arc(0x081A, {50, 0}, {100, 50}) << QPoint(30, 70) << QPoint(70, 30);
+        QTest::newRow("chord west to east is the lower half")
+            << arc(0x0830, {0, 50}, {100, 50}) << QPoint(50, 75) << QPoint(50, 25);
         QTest::newRow("intersect clip keeps the fill inside")
             << Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
             << QPoint(40, 40) << QPoint(10, 10);
@@ -492,7 +474,7 @@ private Q_SLOTS:
         QTest::newRow("region cut short stops playback")
             << broken.rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
     }
-    void clipping()
+    void fills()
     {
         QFETCH(QByteArray, data);
         QFETCH(QPoint, filled);

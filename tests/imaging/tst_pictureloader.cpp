@@ -186,7 +186,6 @@ private slots:
         QTest::addColumn<QSize>("imageSize");
 
         QTest::newRow("no box: the largest") << QSize() << QSize(64, 64) << QSize(64, 64);
-        QTest::newRow("small box: the smallest") << QSize(18, 18) << QSize(16, 16) << QSize(16, 16);
         QTest::newRow("between two: the nearer") << QSize(44, 44) << QSize(48, 48) << QSize(44, 44);
         QTest::newRow("equally near: the larger")
             << QSize(40, 40) << QSize(48, 48) << QSize(40, 40);
