@@ -39,7 +39,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Lumbra"));
     QApplication::setApplicationVersion(QStringLiteral(LUMBRA_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("lumbra"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(LUMBRA_APP_ID));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/lumbra.svg")));
     // The program lives on in the tray when its window closes.
     QApplication::setQuitOnLastWindowClosed(false);
