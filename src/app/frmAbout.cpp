@@ -3,6 +3,7 @@
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
 #include "controls/ucCoolButton.h"
 #include "controls/ucSmiley_Wink.h"
 
@@ -83,4 +84,5 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
     layout->addLayout(text, 1);
 
     setMinimumWidth(460);
+    WindowPlacement::Keep(this, QStringLiteral("frmAbout"));
 }
