@@ -4,9 +4,7 @@
 #include "controls/ucSmiley_Wink.h"
 #include "controls/ucToggleButton.h"
 
-#include <QDialog>
 #include <QPixmap>
-#include <QVBoxLayout>
 
 class tst_Controls : public QObject
 {
@@ -44,35 +42,6 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(changed.first().first().toBool(), !start);
         QCOMPARE(button.toolTip(), !start ? QStringLiteral("Hide") : QStringLiteral("Show"));
-    }
-
-    // The drawn button must keep what a dialog expects of its OK button.
-    void coolButtonActsAsPushButton_data()
-    {
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("Enter presses the default button") << true << int(Qt::Key_Return) << true;
-        QTest::newRow("disabled default button ignores Enter")
-            << false << int(Qt::Key_Return) << false;
-        QTest::newRow("Escape cancels instead") << true << int(Qt::Key_Escape) << false;
-    }
-    void coolButtonActsAsPushButton()
-    {
-        QFETCH(bool, enabled);
-        QFETCH(int, key);
-        QFETCH(bool, accepted);
-        QDialog dialog;
-        auto* layout = new QVBoxLayout(&dialog);
-        auto* button = new ucCoolButton(QStringLiteral("&OK"), &dialog);
-        layout->addWidget(button);
-        button->setDefault(true);
-        button->setEnabled(enabled);
-        connect(button, &QPushButton::clicked, &dialog, &QDialog::accept);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QTest::keyClick(&dialog, Qt::Key(key));
-        QCOMPARE(dialog.result() == QDialog::Accepted, accepted);
     }
 
     // On a dark accent colour the caption must still be readable.
