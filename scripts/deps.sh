@@ -22,6 +22,8 @@ LUMBRA_PACKAGES=(
   fonts-dejavu-core          # a font, so windows draw text under Xvfb
   libglib2.0-bin             # gsettings: the wallpaper on GNOME, Cinnamon and MATE, and its test
   gsettings-desktop-schemas  # the GNOME background schema the wallpaper test writes
+  desktop-file-utils         # desktop-file-validate: the install test checks the .desktop file
+  appstream                  # appstreamcli: the install test validates the AppStream metainfo
   clang                      # clang++ for the libFuzzer build of the picture loader (scripts/fuzz.sh)
   libclang-rt-14-dev         # libFuzzer and the sanitizer runtimes for clang++
 )

@@ -5,6 +5,7 @@
 #include "app/mdiMain.h"
 #include "app/MenuTable.h"
 #include "common/AppGlobals.h"
+#include "viewing/PictureOpener.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -39,7 +40,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Lumbra"));
     QApplication::setApplicationVersion(QStringLiteral(LUMBRA_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("lumbra"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(LUMBRA_APP_ID));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/lumbra.svg")));
     // The program lives on in the tray when its window closes.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -57,12 +58,18 @@ int main(int argc, char** argv)
             main.showMaximized();
         else
             main.show();
-        if (!line.folder.isEmpty() || !line.pictures.isEmpty()) {
-            QWidget* gallery = main.OpenChild(MenuTable::ThumbnailsButton);
-            if (line.pictures.isEmpty())
-                ChildOps::Call(gallery, "ShowFolder", line.folder);
-            else
-                ChildOps::Call(gallery, "ShowPictures", line.pictures);
+        if (line.folder.isEmpty() && line.pictures.isEmpty())
+            return;
+        switch (line.target()) {
+        case CommandLine::PictureWindow:
+            PictureOpener::Open(line.pictures.first());
+            break;
+        case CommandLine::GalleryFolder:
+            ChildOps::Call(main.OpenChild(MenuTable::ThumbnailsButton), "ShowFolder", line.folder);
+            break;
+        case CommandLine::GalleryCollection:
+            ChildOps::Call(main.OpenChild(MenuTable::ThumbnailsButton), "ShowPictures", line.pictures);
+            break;
         }
     });
     splash->Start();

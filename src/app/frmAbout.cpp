@@ -3,6 +3,9 @@
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
+#include "controls/ucCoolButton.h"
+#include "controls/ucSmiley_Wink.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -30,6 +33,9 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
     bandLayout->setContentsMargins(18, 18, 18, 18);
     bandLayout->addWidget(icon);
     bandLayout->addStretch();
+    auto* smiley = new ucSmiley_Wink(band);
+    smiley->setFixedSize(40, 40);
+    bandLayout->addWidget(smiley, 0, Qt::AlignHCenter);
 
     auto* name = new QLabel(QStringLiteral("Lumbra"), this);
     QFont nameFont = name->font();
@@ -55,7 +61,11 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
             value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     }
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    auto* buttons = new QDialogButtonBox(this);
+    auto* cmdOK = new ucCoolButton(tr("OK"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    buttons->addButton(cmdOK, QDialogButtonBox::AcceptRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto* text = new QVBoxLayout;
@@ -74,4 +84,5 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
     layout->addLayout(text, 1);
 
     setMinimumWidth(460);
+    WindowPlacement::Keep(this, QStringLiteral("frmAbout"));
 }

@@ -1,5 +1,7 @@
 #include "app/frmHelp.h"
 
+#include "common/WindowPlacement.h"
+
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QListWidget>
@@ -81,6 +83,7 @@ frmHelp::frmHelp(QWidget* parent)
     });
 
     SelectTopic(QString::fromLatin1(Topics[0].anchor));
+    WindowPlacement::Keep(this, QStringLiteral("frmHelp"));
 }
 
 void frmHelp::ShowTopic(const QString& anchor)

@@ -9,6 +9,7 @@
 #include "common/Formats.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
+#include "common/WindowPlacement.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -177,6 +178,8 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
     });
 
     Form_Load();
+    // Back where the user last left it, at the size it had.
+    WindowPlacement::Keep(this, QStringLiteral("frmOptions"));
 }
 
 QWidget* frmOptions::MakeSpinButton()

@@ -5,6 +5,7 @@
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
 
 #include <QCheckBox>
 #include <QDateTime>
@@ -112,6 +113,7 @@ frmTip::frmTip(QWidget* parent) : QDialog(parent)
     connect(chkTips, &QCheckBox::toggled, this, &frmTip::chkTips_Click);
 
     Form_Load();
+    WindowPlacement::Keep(this, QStringLiteral("frmTip"));
 }
 
 frmTip* frmTip::Open(QWidget* parent)

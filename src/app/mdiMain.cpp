@@ -22,6 +22,7 @@
 #include "common/Formats.h"
 #include "common/MdiPlacement.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
 #include "controls/ucSideBar.h"
 #include "gallery/PictureMenu.h"
 #include "gallery/frmThumbnails.h"
@@ -220,6 +221,7 @@ void mdiMain::Load()
 {
     const AppGlobals& globals = Globals();
     m_startingUp = true;
+    WindowPlacement::Keep(this, Section);
 
     for (const MenuTable::Picture& picture : MenuTable::Pictures())
         if (QAction* action = m_menus->Action(picture.array, picture.index))
@@ -368,6 +370,7 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
             found->resize(child->size());
         else
             found->resize(qMax(child->minimumWidth(), m_area->width() * 3 / 4), m_area->height() * 3 / 4);
+        WindowPlacement::Keep(found, child->objectName());
     }
     found->show();
     found->widget()->show();

@@ -38,7 +38,7 @@ std::optional<Contents> parseGnome(const QByteArray& text)
 
 } // namespace
 
-void Put(const QStringList& paths, bool cut)
+std::unique_ptr<QMimeData> Pack(const QStringList& paths, bool cut)
 {
     QList<QUrl> urls;
     QByteArrayList encoded;
@@ -52,7 +52,12 @@ void Put(const QStringList& paths, bool cut)
     data->setData(GnomeFormat, (cut ? "cut\n" : "copy\n") + encoded.join('\n'));
     data->setData(KdeCutFormat, cut ? "1" : "0");
     data->setText(paths.join(u'\n'));
-    QGuiApplication::clipboard()->setMimeData(data.release());
+    return data;
+}
+
+void Put(const QStringList& paths, bool cut)
+{
+    QGuiApplication::clipboard()->setMimeData(Pack(paths, cut).release());
 }
 
 std::optional<Contents> Read(const QMimeData* data)

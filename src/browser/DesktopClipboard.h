@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
 class QMimeData;
@@ -17,6 +18,9 @@ struct Contents
     bool cut = false;
 };
 
+// Paths in every form file managers read, marked as cut or copied; for the clipboard and for
+// drags to a file manager alike.
+std::unique_ptr<QMimeData> Pack(const QStringList& paths, bool cut);
 // Puts paths on the clipboard, marked as cut or copied.
 void Put(const QStringList& paths, bool cut);
 // The local files data names, or nothing when it names none.

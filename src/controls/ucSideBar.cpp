@@ -1,6 +1,7 @@
 #include "controls/ucSideBar.h"
 
 #include "app/SettingsStore.h"
+#include "controls/ucToggleButton.h"
 
 #include <QAction>
 #include <QApplication>
@@ -28,14 +29,14 @@ public:
     explicit ucSideBarTitle(QWidget* bar) : QWidget(bar), m_bar(bar)
     {
         setMouseTracking(true);
-        m_button = new QToolButton(this);
+        m_button = new ucToggleButton(this);
         m_button->setObjectName(QStringLiteral("cmdToggle"));
-        m_button->setAutoRaise(true);
+        m_button->setStateToolTips(QStringLiteral("Show"), QStringLiteral("Hide"));
         m_button->setFocusPolicy(Qt::NoFocus);
         placeButton();
     }
 
-    QToolButton* button() const { return m_button; }
+    ucToggleButton* button() const { return m_button; }
     std::function<void()> stripClicked;
 
     void setVertical(bool vertical)
@@ -152,7 +153,7 @@ private:
     }
 
     QWidget* m_bar;
-    QToolButton* m_button = nullptr;
+    ucToggleButton* m_button = nullptr;
     bool m_vertical = false;
     bool m_strip = false;
     int m_stripThickness = 10;
@@ -572,6 +573,8 @@ void ucSideBar::releaseExtent()
 void ucSideBar::syncControls()
 {
     m_title->button()->setArrowType(arrowFor(m_align, m_rolledUp));
+    // Pressed while rolled out; the click handler has already flipped it, this settles it.
+    m_title->button()->setValue(!m_rolledUp);
     m_title->button()->setEnabled(m_enabled);
     m_actShow->setChecked(!m_rolledUp);
     m_actShow->setEnabled(m_enabled);

@@ -1,7 +1,10 @@
 #include "gallery/ThumbGrid.h"
 
+#include "browser/DesktopClipboard.h"
 #include "gallery/GalleryLayout.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -363,8 +366,10 @@ void ThumbGrid::updateCaptionFont()
 
 void ThumbGrid::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
         m_pressed = IndexAt(event->position().toPoint());
+        m_pressPos = event->position().toPoint();
+    }
     QWidget::mousePressEvent(event);
 }
 
@@ -393,8 +398,54 @@ void ThumbGrid::mouseMoveEvent(QMouseEvent* event)
             if (index >= 0)
                 emit CellHovered(index);
         }
+    } else if (event->buttons() == Qt::LeftButton && m_pressed >= 0 && m_fileOf &&
+               (event->position().toPoint() - m_pressPos).manhattanLength() >=
+                   QApplication::startDragDistance()) {
+        // A drag, not a click: the press must not toggle the cell when the button comes up.
+        startDrag(std::exchange(m_pressed, -1));
     }
     QWidget::mouseMoveEvent(event);
+}
+
+void ThumbGrid::setFileSource(std::function<QString(int)> fileOf)
+{
+    m_fileOf = std::move(fileOf);
+}
+
+std::unique_ptr<QMimeData> ThumbGrid::MakeDragData(int pressedIndex) const
+{
+    if (!m_fileOf || !isValid(pressedIndex) || m_hidden[size_t(pressedIndex)])
+        return nullptr;
+    QStringList paths;
+    if (isChecked(pressedIndex)) {
+        for (int i = 0; i < m_count; ++i)
+            if (isChecked(i))
+                paths << m_fileOf(i);
+    } else {
+        paths << m_fileOf(pressedIndex);
+    }
+    paths.removeAll(QString());
+    if (paths.isEmpty())
+        return nullptr;
+    return DesktopClipboard::Pack(paths, false);
+}
+
+void ThumbGrid::startDrag(int index)
+{
+    std::unique_ptr<QMimeData> data = MakeDragData(index);
+    if (!data)
+        return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data.release());
+    if (m_source) {
+        const QImage picture = m_source(index);
+        if (!picture.isNull())
+            drag->setPixmap(QPixmap::fromImage(picture.scaled(
+                64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    }
+    // Pictures leave the gallery as copies: moving them away under it would empty cells.
+    drag->exec(Qt::CopyAction, Qt::CopyAction);
+    drag->deleteLater();
 }
 
 void ThumbGrid::leaveEvent(QEvent* event)
@@ -424,20 +475,21 @@ void ThumbGrid::wheelEvent(QWheelEvent* event)
 
 void ThumbGrid::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!localFiles(event->mimeData()).isEmpty())
+    // Pictures dragged out of this gallery are already here.
+    if (event->source() != this && !localFiles(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void ThumbGrid::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (!localFiles(event->mimeData()).isEmpty())
+    if (event->source() != this && !localFiles(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void ThumbGrid::dropEvent(QDropEvent* event)
 {
     const QList<QUrl> files = localFiles(event->mimeData());
-    if (files.isEmpty())
+    if (files.isEmpty() || event->source() == this)
         return;
     event->acceptProposedAction();
     emit FilesDropped(files);

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,8 @@
 // widget paints only the cells that show, at the gallery's layout positions less the scroll
 // offset, so a folder of any size costs one screenful per paint. Each cell behaves as a
 // graphical check box (chkThumb(i)); its check, caption and removal are plain data here.
+class QMimeData;
+
 class ThumbGrid : public QWidget
 {
     Q_OBJECT
@@ -28,6 +31,11 @@ public:
     // Hands out the thumbnail of a cell at paint time, already fitted into the inner box in
     // device pixels with its devicePixelRatio set; a null image while it is not ready.
     void setPictureSource(std::function<QImage(int)> source);
+    // The file of a cell, for dragging pictures out to a file manager; no drags without it.
+    void setFileSource(std::function<QString(int)> fileOf);
+    // What a drag that starts on the cell carries: every checked cell when that cell is
+    // checked, else that cell alone; in the forms file managers read, as a copy.
+    std::unique_ptr<QMimeData> MakeDragData(int pressedIndex) const;
 
     void setBox(int box);
     int box() const { return m_box; }
@@ -105,7 +113,11 @@ private:
     void refreshVisibleRange();
     void updateCaptionFont();
 
+    void startDrag(int index);
+
     std::function<QImage(int)> m_source;
+    std::function<QString(int)> m_fileOf;
+    QPoint m_pressPos;
     int m_box = 40;
     int m_columns = 1;
     int m_count = 0;

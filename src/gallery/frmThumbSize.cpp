@@ -4,12 +4,12 @@
 #include "app/SettingsStore.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "controls/ucCoolButton.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSlider>
 
 namespace {
@@ -56,7 +56,7 @@ frmThumbSize::frmThumbSize(QObject* gallery, QWidget* parent) : QDialog(parent),
     chkThumbSize->setObjectName(QStringLiteral("chkThumbSize"));
     chkThumbSize->setToolTip(QStringLiteral("View your photo's filename below each thumbnail"));
 
-    cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    cmdOK = new ucCoolButton(QStringLiteral("OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdOK->setDefault(true);
     cmdOK->setEnabled(false);

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "controls/ucCoolButton.h"
+
 #include <QDialog>
 #include <QPointer>
 
 class QCheckBox;
 class QLabel;
-class QPushButton;
 class QSlider;
 
 // "Thumbnail Size": the gallery's thumbnail scale, 1 to 10, and whether captions show under
@@ -24,7 +25,7 @@ public:
     QSlider* sldThumbSize = nullptr;
     QLabel* lblThumbsize = nullptr;
     QCheckBox* chkThumbSize = nullptr;
-    QPushButton* cmdOK = nullptr;
+    ucCoolButton* cmdOK = nullptr;
 
 private:
     void Form_Load();

@@ -117,6 +117,7 @@ frmThumbnails::~frmThumbnails()
     // The pipeline's signals must not reach a half-destroyed window.
     disconnect(m_pipeline, nullptr, this, nullptr);
     m_grid->setPictureSource({});
+    m_grid->setFileSource({});
 }
 
 void frmThumbnails::buildWindow()
@@ -129,6 +130,7 @@ void frmThumbnails::buildWindow()
     m_grid = new ThumbGrid(central);
     m_grid->setObjectName(QStringLiteral("picFrame"));
     m_grid->setPictureSource([this](int index) { return m_pipeline->Picture(index); });
+    m_grid->setFileSource([this](int index) { return FileOf(index); });
     m_grid->installEventFilter(this);
     m_grid->setFocusPolicy(Qt::StrongFocus);
     row->addWidget(m_grid, 1);

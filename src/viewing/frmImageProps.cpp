@@ -3,6 +3,7 @@
 #include "common/AppGlobals.h"
 #include "common/modTransparency.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
 #include "viewing/ImagePropsText.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/ucImgPreview.h"
@@ -84,6 +85,7 @@ frmImageProps::frmImageProps(QWidget* parent) : QDialog(parent)
     layout->addLayout(body);
     layout->addWidget(cmdOK, 0, Qt::AlignRight);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    WindowPlacement::Keep(this, QStringLiteral("frmImageProps"));
 }
 
 frmImageProps* frmImageProps::ShowCurrent(QWidget* parent)

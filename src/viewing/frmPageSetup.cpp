@@ -2,6 +2,7 @@
 
 #include "common/Formats.h"
 #include "common/Utilities.h"
+#include "common/WindowPlacement.h"
 #include "viewing/PageSetup.h"
 
 #include <QCheckBox>
@@ -113,6 +114,7 @@ frmPageSetup::frmPageSetup(QWidget* parent) : QDialog(parent)
     connect(cmdOK, &QPushButton::clicked, this, &frmPageSetup::cmdOK_Click);
 
     Form_Load();
+    WindowPlacement::Keep(this, QStringLiteral("frmPageSetup"));
 }
 
 bool frmPageSetup::ShowDialog(QWidget* parent)

@@ -27,21 +27,25 @@ private Q_SLOTS:
         QTest::addColumn<int>("action");
         QTest::addColumn<QString>("folder");
         QTest::addColumn<QStringList>("pictures");
+        QTest::addColumn<int>("target");
         const QString w = world();
-        QTest::newRow("nothing shows the samples") << QStringList{} << int(CommandLine::Run) << "SAMPLES" << QStringList{};
-        QTest::newRow("one folder") << QStringList{w + "/pics"} << int(CommandLine::Run) << w + "/pics" << QStringList{};
+        QTest::newRow("nothing shows the samples") << QStringList{} << int(CommandLine::Run) << "SAMPLES" << QStringList{} << int(CommandLine::GalleryFolder);
+        QTest::newRow("one folder") << QStringList{w + "/pics"} << int(CommandLine::Run) << w + "/pics" << QStringList{} << int(CommandLine::GalleryFolder);
         QTest::newRow("pictures in order")
             << QStringList{w + "/pics/b.png", w + "/pics/a.jpg"} << int(CommandLine::Run) << ""
-            << QStringList{w + "/pics/b.png", w + "/pics/a.jpg"};
-        QTest::newRow("help wins") << QStringList{w + "/pics", "--help"} << int(CommandLine::Help) << "" << QStringList{};
-        QTest::newRow("short help") << QStringList{"-h"} << int(CommandLine::Help) << "" << QStringList{};
-        QTest::newRow("version") << QStringList{"--version"} << int(CommandLine::Version) << "" << QStringList{};
-        QTest::newRow("unknown option") << QStringList{"--frobnicate"} << int(CommandLine::Error) << "" << QStringList{};
-        QTest::newRow("missing folder") << QStringList{w + "/nowhere"} << int(CommandLine::Error) << "" << QStringList{};
+            << QStringList{w + "/pics/b.png", w + "/pics/a.jpg"} << int(CommandLine::GalleryCollection);
+        QTest::newRow("one picture opens its picture window")
+            << QStringList{w + "/pics/a.jpg"} << int(CommandLine::Run) << "" << QStringList{w + "/pics/a.jpg"}
+            << int(CommandLine::PictureWindow);
+        QTest::newRow("help wins") << QStringList{w + "/pics", "--help"} << int(CommandLine::Help) << "" << QStringList{} << int(CommandLine::GalleryCollection);
+        QTest::newRow("short help") << QStringList{"-h"} << int(CommandLine::Help) << "" << QStringList{} << int(CommandLine::GalleryCollection);
+        QTest::newRow("version") << QStringList{"--version"} << int(CommandLine::Version) << "" << QStringList{} << int(CommandLine::GalleryCollection);
+        QTest::newRow("unknown option") << QStringList{"--frobnicate"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
+        QTest::newRow("missing folder") << QStringList{w + "/nowhere"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
         QTest::newRow("folder among pictures")
-            << QStringList{w + "/pics/a.jpg", w + "/pics"} << int(CommandLine::Error) << "" << QStringList{};
+            << QStringList{w + "/pics/a.jpg", w + "/pics"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
         QTest::newRow("a picture whose name starts with a dash after --")
-            << QStringList{"--", w + "/-dash.jpg"} << int(CommandLine::Run) << "" << QStringList{w + "/-dash.jpg"};
+            << QStringList{"--", w + "/-dash.jpg"} << int(CommandLine::Run) << "" << QStringList{w + "/-dash.jpg"} << int(CommandLine::PictureWindow);
     }
     void parse()
     {
@@ -55,6 +59,7 @@ private Q_SLOTS:
         }
         QTEST(line.folder, "folder");
         QTEST(line.pictures, "pictures");
+        QTEST(int(line.target()), "target");
     }
 
     void relativePathsBecomeAbsolute()
