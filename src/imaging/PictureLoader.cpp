@@ -296,20 +296,27 @@ QImage applyTransformation(const QImage& image, QImageIOHandler::Transformations
     return result;
 }
 
-// JPEG through libjpeg's reduced decoding, straight from the file's bytes (mapped, not copied).
+// JPEG files larger than this go to Qt's reader, which streams them.
+constexpr qint64 MaxJpegBytesInMemory = 256 * 1024 * 1024;
+
+// JPEG through libjpeg's reduced decoding, from the file's bytes read into memory. Not mapped:
+// a file that another program rewrites during the decode would end the process with SIGBUS.
 JpegDecoder::Result decodeJpeg(QIODevice& device, const QSize& natural, const QSize& box,
                                bool enlarge, bool turned)
 {
     const QSize target = PictureLoader::FitSize(natural, box, enlarge);
     const QSize atLeast = box.isEmpty() ? QSize() : (turned ? target.transposed() : target);
     if (auto* file = qobject_cast<QFile*>(&device)) {
-        uchar* mapped = file->map(0, file->size());
-        if (!mapped)
+        // Qt's reader may take over when this decode gives up: leave the file where it was.
+        const qint64 at = file->pos();
+        if (file->size() > MaxJpegBytesInMemory || !file->seek(0))
             return {};
-        JpegDecoder::Result result =
-            JpegDecoder::Decode(mapped, file->size(), atLeast, PictureLoader::MaxPixels);
-        file->unmap(mapped);
-        return result;
+        const QByteArray bytes = file->readAll();
+        file->seek(at);
+        if (bytes.isEmpty())
+            return {};
+        return JpegDecoder::Decode(reinterpret_cast<const uchar*>(bytes.constData()), bytes.size(),
+                                   atLeast, PictureLoader::MaxPixels);
     }
     if (auto* buffer = qobject_cast<QBuffer*>(&device))
         return JpegDecoder::Decode(reinterpret_cast<const uchar*>(buffer->data().constData()),

@@ -10,6 +10,9 @@
 #include <QRegularExpression>
 #include <QtEndian>
 
+#include <atomic>
+#include <thread>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -418,6 +421,36 @@ private slots:
                 QVERIFY(picture.naturalSize.isValid());
         }
         QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void fileCutShortWhileDecoding()
+    {
+        // Another program rewriting a photograph while it is decoded must cost a failed load,
+        // not the process (a mapped file that shrinks raises SIGBUS).
+        QImage photo(3000, 2000, QImage::Format_RGB32);
+        QPainter painter(&photo);
+        for (int i = 0; i < 400; ++i)
+            painter.fillRect((i * 97) % 3000, (i * 61) % 2000, 300, 200, QColor::fromHsv(i % 360, 200, 220));
+        painter.end();
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        QVERIFY(photo.save(&buffer, "JPEG", 95));
+        const QString path = write(QStringLiteral("rewritten.jpg"), bytes);
+
+        std::atomic<bool> done = false;
+        std::thread cutter([&] {
+            while (!done) {
+                ::truncate(QFile::encodeName(path).constData(), 4096);
+                QFile file(path);
+                if (file.open(QIODevice::WriteOnly))
+                    file.write(bytes);
+            }
+        });
+        for (int i = 0; i < 30; ++i)
+            PictureLoader::Load(path, QSize(800, 600));
+        done = true;
+        cutter.join();
     }
 };
 
