@@ -9,9 +9,7 @@
 // JPEGs as detailed as real photographs, copied under as many names as there are slides.
 
 #include "browser/frmSlideshow_FS.h"
-#include "browser/SlideDecoder.h"
-#include "browser/SlideshowHost.h"
-#include "browser/SlideshowPlayer.h"
+#include "browser/SlideshowSession.h"
 #include "common/Utilities.h"
 #include "viewing/ucImgPreview.h"
 
@@ -22,14 +20,12 @@
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPointer>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
-#include <functional>
 #include <vector>
 
 namespace {
@@ -55,61 +51,46 @@ QString makePhotograph(const QString& path, int hue)
 
 // Plays one show full screen and notes, for every slide after the first, the time from its
 // tick until the paint that puts its picture on screen has finished.
-class Show : public QObject, public SlideshowHost
+class Show : public QObject
 {
 public:
     Show(const QString& folder, const QStringList& names, int intervalMs, bool decodeAhead)
-        : m_folder(folder)
     {
-        m_show.Start(names, false, false);
-        m_timer.setInterval(intervalMs);
-        m_timer.callOnTimeout(this, [this] { tick(); });
-        m_player = new frmSlideshow_FS(this);
-        m_player->Ahead().setDecodingAhead(decodeAhead);
-        m_player->Slide()->installEventFilter(this);
-        m_player->Load();
-    }
-    ~Show() override
-    {
-        if (m_player) {
-            m_player->setHost(nullptr);
-            delete m_player;
-        }
+        m_session.setSource([folder, names] {
+            return SlideshowSession::Source{folder, names, false, false, true};
+        });
+        m_session.setDecodingAhead(decodeAhead);
+        // The clock starts as the tick comes, before the session shows the slide.
+        QTimer& timer = m_session.SlideTimer();
+        timer.disconnect(&m_session);
+        timer.callOnTimeout(this, [this] {
+            if (m_clock.isValid())
+                m_times.push_back(m_session.SlideTimer().interval()); // never painted in time
+            m_clock.start();
+            m_session.Tick();
+            if (!m_session.Playing())
+                m_loop.quit();
+        });
+        m_session.ToggleShow(2);
+        timer.setInterval(intervalMs);
+        m_session.FullScreenPlayer()->Slide()->installEventFilter(this);
     }
 
     std::vector<double> Run()
     {
-        ShowSlide();
-        m_timer.start();
-        QEventLoop loop;
-        m_done = [&loop] { loop.quit(); };
-        loop.exec();
+        m_loop.exec();
         return m_times;
     }
-
-    void ToggleShow(int n) override
-    {
-        if (n == 1)
-            m_timer.stop();
-    }
-    void ShowSlide() override
-    {
-        const QString name = m_show.ShowSlide();
-        const QString upcoming = m_show.Upcoming();
-        m_expected = Utilities::JoinPath(m_folder, name);
-        m_player->ShowPicture(
-            m_expected, upcoming.isEmpty() ? QString() : Utilities::JoinPath(m_folder, upcoming));
-    }
-    SlideshowPlayer& Player() override { return m_show; }
-    QTimer& SlideTimer() override { return m_timer; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() != QEvent::Paint || m_inPaint || !m_clock.isValid())
             return false;
-        ucImgPreview* slide = m_player->Slide();
-        if (slide->FileName() != m_expected || slide->DecodedImage().isNull())
+        const ucImgPreview* slide = m_session.FullScreenPlayer()->Slide();
+        const QString due =
+            m_session.Player().PlayList().value(m_session.Player().LastShownIndex());
+        if (slide->DecodedImage().isNull() || Utilities::FileNameOf(slide->FileName()) != due)
             return false;
         // Let the pane paint first, so the time includes drawing the picture.
         m_inPaint = true;
@@ -121,27 +102,10 @@ protected:
     }
 
 private:
-    void tick()
-    {
-        if (m_clock.isValid())
-            m_times.push_back(m_timer.interval()); // never painted within its interval
-        if (!m_show.Tick()) {
-            m_timer.stop();
-            m_done();
-            return;
-        }
-        m_clock.start();
-        ShowSlide();
-    }
-
-    QString m_folder;
-    QString m_expected;
-    SlideshowPlayer m_show;
-    QTimer m_timer;
-    QPointer<frmSlideshow_FS> m_player;
+    SlideshowSession m_session;
+    QEventLoop m_loop;
     QElapsedTimer m_clock;
     std::vector<double> m_times;
-    std::function<void()> m_done;
     bool m_inPaint = false;
 };
 

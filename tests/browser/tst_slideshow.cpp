@@ -3,8 +3,8 @@
 #include "app/SettingsStore.h"
 #include "browser/frmSlideshow_FS.h"
 #include "browser/SlideDecoder.h"
-#include "browser/SlideshowHost.h"
 #include "browser/SlideshowPlayer.h"
+#include "browser/SlideshowSession.h"
 #include "common/Utilities.h"
 #include "viewing/ucImgPreview.h"
 
@@ -15,72 +15,6 @@
 #include <QTimer>
 
 namespace {
-
-// The owner of a show as the builder window will be: the play state, the timer and the
-// full-screen player as its slide target.
-class TestHost : public SlideshowHost
-{
-public:
-    explicit TestHost(QString folder) : folder(std::move(folder))
-    {
-        timer.callOnTimeout([this] { tick(); });
-    }
-    ~TestHost() override
-    {
-        if (player)
-            player->setHost(nullptr);
-        delete player;
-    }
-
-    void ToggleShow(int n) override
-    {
-        toggles << n;
-        if (n == 1) {
-            timer.stop();
-            return;
-        }
-        show.Start(checked, random, repeat);
-        timer.setInterval(intervalMs ? intervalMs
-                                     : SlideshowPlayer::IntervalMs(SettingsStore::global()));
-        if (!player) {
-            player = new frmSlideshow_FS(this);
-            player->Load();
-        }
-        ShowSlide();
-        timer.start();
-    }
-    void ShowSlide() override
-    {
-        const QString name = show.ShowSlide();
-        const QString upcoming = show.Upcoming();
-        shown << name;
-        player->ShowPicture(Utilities::JoinPath(folder, name),
-                            upcoming.isEmpty() ? QString() : Utilities::JoinPath(folder, upcoming));
-    }
-    void tick()
-    {
-        if (show.Tick()) {
-            ShowSlide();
-            return;
-        }
-        ToggleShow(1);
-        if (player)
-            player->close();
-    }
-    SlideshowPlayer& Player() override { return show; }
-    QTimer& SlideTimer() override { return timer; }
-
-    QString folder;
-    QStringList checked;
-    bool random = false;
-    bool repeat = false;
-    int intervalMs = 0;
-    SlideshowPlayer show;
-    QTimer timer;
-    QPointer<frmSlideshow_FS> player;
-    QStringList shown;
-    QList<int> toggles;
-};
 
 const QString Stop = QStringLiteral("<stop>");
 
@@ -111,6 +45,23 @@ class tst_Slideshow : public QObject
             image.save(Utilities::JoinPath(folder(), names.last()), "JPEG");
         }
         return names;
+    }
+
+    // A full-screen show of count pictures, started, with its timer at intervalMs.
+    std::unique_ptr<SlideshowSession> play(int count, int intervalMs, QSize size = QSize(640, 480))
+    {
+        auto show = std::make_unique<SlideshowSession>();
+        show->setSource([folder = folder(), names = pictures(count, size)] {
+            return SlideshowSession::Source{folder, names, false, false, true};
+        });
+        show->ToggleShow(2);
+        show->SlideTimer().setInterval(intervalMs);
+        return show;
+    }
+    static ucImgPreview* slide(SlideshowSession& show) { return show.FullScreenPlayer()->Slide(); }
+    QString path(int index) const
+    {
+        return Utilities::JoinPath(folder(), QStringLiteral("slide%1.jpg").arg(index));
     }
 
     QSettings settingsFile() const
@@ -148,8 +99,6 @@ private Q_SLOTS:
             << false << QList<double>{} << "SPTT" << QStringList{a, QString(), a, b};
         QTest::newRow("left arrow goes back to the picture before")
             << false << QList<double>{} << "STTPT" << QStringList{a, b, c, b, c};
-        QTest::newRow("right arrow past the last picture starts over")
-            << false << QList<double>{} << "STTSST" << QStringList{a, b, c, QString(), a, b};
     }
     void playOrder()
     {
@@ -234,14 +183,12 @@ private Q_SLOTS:
 
     void sliderChangesThePaceOfARunningShow()
     {
-        TestHost host(folder());
-        host.checked = pictures(2);
-        host.ToggleShow(2);
-        QCOMPARE(host.timer.interval(), 2000);
-        host.player->IntervalSlider()->setValue(3);
-        QCOMPARE(host.timer.interval(), 15000);
-        QVERIFY(host.timer.isActive());
-        QCOMPARE(host.player->IntervalText(), QStringLiteral("15 second interval"));
+        const auto show = play(2, 2000);
+        QCOMPARE(show->SlideTimer().interval(), 2000);
+        show->FullScreenPlayer()->IntervalSlider()->setValue(3);
+        QCOMPARE(show->SlideTimer().interval(), 15000);
+        QVERIFY(show->SlideTimer().isActive());
+        QCOMPARE(show->FullScreenPlayer()->IntervalText(), QStringLiteral("15 second interval"));
         QCOMPARE(settingsFile().value(QStringLiteral("SlideShow/Timer_Delay")).toString(),
                  QStringLiteral("15"));
         // The next show starts at the stored pace.
@@ -263,7 +210,7 @@ private Q_SLOTS:
         QFETCH(QColor, chosen);
         QFETCH(QColor, expected);
         QFETCH(QString, stored);
-        const frmSlideshow_FS::ColorChooser dialog = frmSlideshow_FS::ChooseColor();
+        const auto dialog = frmSlideshow_FS::ChooseColor();
         frmSlideshow_FS::ChooseColor() = [chosen](QWidget*, const QColor& current) {
             return current == Qt::white ? chosen : QColor(Qt::black);
         };
@@ -277,121 +224,104 @@ private Q_SLOTS:
 
     void fullScreenShowPlaysToItsEnd()
     {
-        TestHost host(folder());
-        host.checked = pictures(3);
-        host.intervalMs = 60;
-        host.ToggleShow(2);
-        QPointer<frmSlideshow_FS> player = host.player;
+        const auto show = play(3, 60);
+        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
         QVERIFY(player->isFullScreen());
+        QStringList shown{slide(*show)->FileName()};
+        connect(&show->SlideTimer(), &QTimer::timeout, this, [&] {
+            if (show->Playing())
+                shown << slide(*show)->FileName();
+        });
+        QSignalSpy playing(show.get(), &SlideshowSession::PlayingChanged);
         QTRY_VERIFY(player.isNull());
-        QCOMPARE(host.shown, host.checked);
-        QCOMPARE(host.toggles, (QList<int>{2, 1}));
-        QVERIFY(!host.timer.isActive());
+        QCOMPARE(shown, (QStringList{path(0), path(1), path(2)}));
+        QCOMPARE(playing.count(), 1);
+        QVERIFY(!show->Playing());
     }
 
+    // Each key is pressed on the second of three pictures.
     void keysReachTheOwner_data()
     {
         QTest::addColumn<int>("key");
-        QTest::addColumn<QStringList>("shown");
-        QTest::addColumn<QList<int>>("toggles");
-        QTest::addColumn<bool>("timerRuns");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("right arrow: next slide at once")
-            << int(Qt::Key_Right) << QStringList{"slide0.jpg", "slide1.jpg"} << QList<int>{2}
-            << true << "slide1.jpg";
-        QTest::newRow("left arrow on the first: the empty slide")
-            << int(Qt::Key_Left) << QStringList{"slide0.jpg", ""} << QList<int>{2} << true << "";
+        QTest::addColumn<int>("nextIndex");
+        QTest::addColumn<bool>("timerRuns");
+        QTest::newRow("right arrow: the next slide at once")
+            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true;
+        QTest::newRow("left arrow: the slide before")
+            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true;
         QTest::newRow("pause: timer held, caption marked")
-            << int(Qt::Key_Pause) << QStringList{"slide0.jpg"} << QList<int>{2} << false
-            << "slide0.jpg - PAUSED";
+            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false;
         QTest::newRow("escape starts the show again")
-            << int(Qt::Key_Escape) << QStringList{"slide0.jpg", "slide0.jpg"} << QList<int>{2, 2}
-            << true << "slide0.jpg";
-        QTest::newRow("other keys do nothing")
-            << int(Qt::Key_A) << QStringList{"slide0.jpg"} << QList<int>{2} << true << "slide0.jpg";
+            << int(Qt::Key_Escape) << "slide0.jpg" << 1 << true;
+        QTest::newRow("other keys do nothing") << int(Qt::Key_A) << "slide1.jpg" << 2 << true;
     }
     void keysReachTheOwner()
     {
         QFETCH(int, key);
-        QFETCH(QStringList, shown);
-        QFETCH(QList<int>, toggles);
-        QFETCH(bool, timerRuns);
         QFETCH(QString, caption);
-        TestHost host(folder());
-        host.checked = pictures(3);
-        host.intervalMs = 60000;
-        host.ToggleShow(2);
-        QTest::keyClick(host.player, Qt::Key(key));
-        QCOMPARE(host.shown, shown);
-        QCOMPARE(host.toggles, toggles);
-        QCOMPARE(host.timer.isActive(), timerRuns);
-        QCOMPARE(host.player->CaptionText(), caption);
+        QFETCH(int, nextIndex);
+        QFETCH(bool, timerRuns);
+        const auto show = play(3, 60000);
+        show->ShowSlide();
+        QTest::keyClick(show->FullScreenPlayer(), Qt::Key(key));
+        QCOMPARE(show->FullScreenPlayer()->CaptionText(), caption);
+        QCOMPARE(show->Player().NextIndex(), nextIndex);
+        QCOMPARE(show->SlideTimer().isActive(), timerRuns);
+        QVERIFY(show->Playing());
     }
 
     void pauseReleasedResumesTheTimer()
     {
-        TestHost host(folder());
-        host.checked = pictures(2);
-        host.ToggleShow(2);
-        host.player->KeyDown(19);
-        QVERIFY(!host.timer.isActive());
-        QTRY_VERIFY(!host.player->KeyLocked());
-        host.player->KeyDown(19);
-        QVERIFY(host.timer.isActive());
-        QCOMPARE(host.player->CaptionText(), QStringLiteral("slide0.jpg"));
+        const auto show = play(2, 60000);
+        frmSlideshow_FS* player = show->FullScreenPlayer();
+        player->KeyDown(19);
+        QTRY_VERIFY(!player->KeyLocked());
+        player->KeyDown(19);
+        QVERIFY(show->SlideTimer().isActive());
+        QCOMPARE(player->CaptionText(), QStringLiteral("slide0.jpg"));
     }
 
     void heldArrowAdvancesOneSlidePerLock()
     {
-        TestHost host(folder());
-        host.checked = pictures(5);
-        host.intervalMs = 60000;
-        host.ToggleShow(2);
+        const auto show = play(5, 60000);
+        frmSlideshow_FS* player = show->FullScreenPlayer();
         for (int i = 0; i < 10; ++i)
-            QTest::keyPress(host.player, Qt::Key_Right, Qt::NoModifier);
-        QCOMPARE(host.shown.size(), 2);
-        QSignalSpy unlocked(&host.player->tmrKeyResponse, &QTimer::timeout);
+            QTest::keyPress(player, Qt::Key_Right);
+        QCOMPARE(show->Player().LastShownIndex(), 1);
+        QSignalSpy unlocked(&player->tmrKeyResponse, &QTimer::timeout);
         QVERIFY(unlocked.wait());
         for (int i = 0; i < 10; ++i)
-            QTest::keyPress(host.player, Qt::Key_Right, Qt::NoModifier);
-        QCOMPARE(host.shown.size(), 3);
+            QTest::keyPress(player, Qt::Key_Right);
         // The toolbar's Next goes through the same lock.
-        host.player->tlbPlay_ButtonClick(4);
-        QCOMPARE(host.shown.size(), 3);
+        player->tlbPlay_ButtonClick(4);
+        QCOMPARE(show->Player().LastShownIndex(), 2);
     }
 
     void vanishedFileShowsNothingAndTheShowGoesOn()
     {
-        TestHost host(folder());
-        host.checked = pictures(3);
-        host.intervalMs = 60000;
-        host.ToggleShow(2);
-        ucImgPreview* slide = host.player->Slide();
+        const auto show = play(3, 60000);
         // Even decoded ahead, a file deleted before its turn is not shown.
-        QTRY_VERIFY(host.player->Ahead().IsReady(Utilities::JoinPath(folder(), host.checked[1])));
-        QVERIFY(QFile::remove(Utilities::JoinPath(folder(), host.checked[1])));
-        host.tick();
-        QVERIFY(slide->DecodedImage().isNull());
-        QVERIFY(host.timer.isActive());
-        host.tick();
-        QTRY_VERIFY(!slide->DecodedImage().isNull());
-        QCOMPARE(host.shown, host.checked);
+        QTRY_VERIFY(show->FullScreenPlayer()->Ahead().IsReady(path(1)));
+        QVERIFY(QFile::remove(path(1)));
+        show->Tick();
+        QVERIFY(slide(*show)->DecodedImage().isNull());
+        QVERIFY(show->SlideTimer().isActive());
+        show->Tick();
+        QCOMPARE(slide(*show)->FileName(), path(2));
+        QTRY_VERIFY(!slide(*show)->DecodedImage().isNull());
     }
 
     void nextSlideIsDecodedBeforeItsTick()
     {
-        TestHost host(folder());
-        host.checked = pictures(2, QSize(3000, 2000));
-        host.intervalMs = 60000;
-        host.ToggleShow(2);
-        ucImgPreview* slide = host.player->Slide();
-        QSignalSpy prepared(&host.player->Ahead(), &SlideDecoder::Prepared);
+        const auto show = play(2, 60000, QSize(3000, 2000));
+        QSignalSpy prepared(&show->FullScreenPlayer()->Ahead(), &SlideDecoder::Prepared);
         QVERIFY(prepared.wait());
-        host.tick();
+        show->Tick();
         // On screen at the tick itself, at the size shown, without a decode in between.
-        const QImage shown = slide->DecodedImage();
+        const QImage shown = slide(*show)->DecodedImage();
         QVERIFY(!shown.isNull());
-        QVERIFY(qAbs(shown.width() - slide->ElementRect().width()) <= 1);
+        QVERIFY(qAbs(shown.width() - slide(*show)->ElementRect().width()) <= 1);
         QVERIFY(shown.width() < 3000);
         QVERIFY(qAbs(shown.pixelColor(shown.rect().center()).hue() - 40) <= 4);
     }
