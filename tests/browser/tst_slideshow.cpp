@@ -222,21 +222,38 @@ private Q_SLOTS:
         QCOMPARE(settingsFile().value(QStringLiteral("Slideshow/BkColor")).toString(), stored);
     }
 
-    void fullScreenShowPlaysToItsEnd()
+    void showPlaysToItsEndAndStops_data()
     {
-        const auto show = play(3, 60);
-        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
-        QVERIFY(player->isFullScreen());
-        QStringList shown{slide(*show)->FileName()};
-        connect(&show->SlideTimer(), &QTimer::timeout, this, [&] {
-            if (show->Playing())
-                shown << slide(*show)->FileName();
+        QTest::addColumn<bool>("fullScreen");
+        QTest::newRow("full screen, closed at the end") << true;
+        QTest::newRow("in the builder's preview pane") << false;
+    }
+    void showPlaysToItsEndAndStops()
+    {
+        QFETCH(bool, fullScreen);
+        ucImgPreview pane;
+        pane.resize(400, 300);
+        pane.show();
+        SlideshowSession show;
+        show.setPreview(&pane);
+        show.setSource([&, names = pictures(3)] {
+            return SlideshowSession::Source{folder(), names, false, false, fullScreen};
         });
-        QSignalSpy playing(show.get(), &SlideshowSession::PlayingChanged);
-        QTRY_VERIFY(player.isNull());
+        show.ToggleShow(2);
+        show.SlideTimer().setInterval(60);
+        QPointer<frmSlideshow_FS> player = show.FullScreenPlayer();
+        QCOMPARE(player && player->isFullScreen(), fullScreen);
+        ucImgPreview* target = player ? player->Slide() : &pane;
+        QStringList shown{target->FileName()};
+        connect(&show.SlideTimer(), &QTimer::timeout, this, [&] {
+            if (show.Playing())
+                shown << target->FileName();
+        });
+        QSignalSpy playing(&show, &SlideshowSession::PlayingChanged);
+        QVERIFY(playing.wait());
         QCOMPARE(shown, (QStringList{path(0), path(1), path(2)}));
-        QCOMPARE(playing.count(), 1);
-        QVERIFY(!show->Playing());
+        QCOMPARE(playing.first().first().toBool(), false);
+        QTRY_VERIFY(player.isNull());
     }
 
     // Each key is pressed on the second of three pictures.
