@@ -263,15 +263,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("caption");
         QTest::addColumn<int>("nextIndex");
         QTest::addColumn<bool>("timerRuns");
+        QTest::addColumn<bool>("fullScreen");
         QTest::newRow("right arrow: the next slide at once")
-            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true;
+            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true << true;
         QTest::newRow("left arrow: the slide before")
-            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true;
+            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true << true;
         QTest::newRow("pause: timer held, caption marked")
-            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false;
-        QTest::newRow("escape starts the show again")
-            << int(Qt::Key_Escape) << "slide0.jpg" << 1 << true;
-        QTest::newRow("other keys do nothing") << int(Qt::Key_A) << "slide1.jpg" << 2 << true;
+            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false << true;
+        QTest::newRow("escape starts the show again and leaves full screen")
+            << int(Qt::Key_Escape) << "slide1.jpg" << 1 << true << false;
+        QTest::newRow("other keys do nothing")
+            << int(Qt::Key_A) << "slide1.jpg" << 2 << true << true;
     }
     void keysReachTheOwner()
     {
@@ -279,13 +281,20 @@ private Q_SLOTS:
         QFETCH(QString, caption);
         QFETCH(int, nextIndex);
         QFETCH(bool, timerRuns);
+        QFETCH(bool, fullScreen);
         const auto show = play(3, 60000);
+        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
+        ucImgPreview pane;
+        show->setPreview(&pane);
         show->ShowSlide();
-        QTest::keyClick(show->FullScreenPlayer(), Qt::Key(key));
-        QCOMPARE(show->FullScreenPlayer()->CaptionText(), caption);
+        QTest::keyClick(player, Qt::Key(key));
+        // Out of full screen, the show goes on in the builder's preview.
+        QCOMPARE(pane.FileName(), fullScreen ? QString() : path(0));
+        QCOMPARE(player->CaptionText(), caption);
         QCOMPARE(show->Player().NextIndex(), nextIndex);
         QCOMPARE(show->SlideTimer().isActive(), timerRuns);
         QVERIFY(show->Playing());
+        QCOMPARE(player->isVisible(), fullScreen);
     }
 
     void pauseReleasedResumesTheTimer()
