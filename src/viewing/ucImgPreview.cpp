@@ -14,6 +14,8 @@
 #include <QThreadPool>
 #include <QtConcurrent>
 
+#include <utility>
+
 namespace {
 
 // Previews decode one or two pictures at a time; a pool of their own keeps them from waiting
@@ -78,9 +80,11 @@ void ucImgPreview::setFileName(const QString& name)
         } else {
             m_element = QRectF(QPointF(0, 0), inner);
             m_elementStretches = false;
+            const bool offered = !same && name == m_offeredName;
             if (!same) {
                 m_image = QImage();
-                m_naturalSize = PictureLoader::NaturalSize(name);
+                m_naturalSize =
+                    offered ? QSizeF(m_offeredNatural) : PictureLoader::NaturalSize(name);
                 if (!m_naturalSize.isValid()) {
                     // An unreadable file leaves the element hidden, as far as the load got.
                     m_natural = {0, 0};
@@ -93,12 +97,32 @@ void ucImgPreview::setFileName(const QString& name)
             }
             const QSizeF fitted = PreviewLayout::FitSize(m_naturalSize, inner);
             m_element.setSize(fitted);
-            if (!same || m_image.isNull() || fitted.width() > m_image.width() + 0.5 ||
-                fitted.height() > m_image.height() + 0.5)
+            const QSizeF gap = fitted - QSizeF(m_offeredImage.size());
+            if (offered && qAbs(gap.width()) <= 1 && qAbs(gap.height()) <= 1) {
+                // Ready now: any decode still running for the previous file must not land.
+                m_image = std::exchange(m_offeredImage, QImage());
+                m_offeredName.clear();
+                const quint64 generation = ++m_generation;
+                QMetaObject::invokeMethod(
+                    this,
+                    [this, generation] {
+                        if (generation == m_generation)
+                            Q_EMIT Loaded(true);
+                    },
+                    Qt::QueuedConnection);
+            } else if (!same || m_image.isNull() || fitted.width() > m_image.width() + 0.5 ||
+                       fitted.height() > m_image.height() + 0.5)
                 decode(fitted.toSize());
         }
     }
     layOut();
+}
+
+void ucImgPreview::OfferDecoded(const QString& name, const QImage& image, const QSize& naturalSize)
+{
+    m_offeredName = name;
+    m_offeredImage = image;
+    m_offeredNatural = naturalSize;
 }
 
 void ucImgPreview::layOut()

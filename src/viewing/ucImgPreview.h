@@ -30,6 +30,10 @@ public:
     // except in stretch mode, which always reads it.
     void setFileName(const QString& name);
 
+    // A picture decoded ahead of time for a file about to be shown: the next assignment of that
+    // name takes it instead of decoding, when it was decoded at the size it is shown at.
+    void OfferDecoded(const QString& name, const QImage& image, const QSize& naturalSize);
+
     // Magnifies the picture a quarter step every half second, starting over when it would
     // outgrow the pane; returns when StopZoom() is called or the pane goes away.
     Q_INVOKABLE void ZoomImage();
@@ -86,5 +90,8 @@ private:
     bool m_zoomStop = false;
     int m_zoomLevel = 0;
     quint64 m_generation = 0;
+    QString m_offeredName;
+    QImage m_offeredImage;
+    QSize m_offeredNatural;
     QTimer tmrZoom;
 };

@@ -1,0 +1,331 @@
+#include "TestWorld.h"
+
+#include "app/SettingsStore.h"
+#include "browser/frmSlideshow_FS.h"
+#include "browser/SlideDecoder.h"
+#include "browser/SlideshowPlayer.h"
+#include "browser/SlideshowSession.h"
+#include "common/Utilities.h"
+#include "viewing/ucImgPreview.h"
+
+#include <QImage>
+#include <QPointer>
+#include <QSettings>
+#include <QSlider>
+#include <QTimer>
+
+namespace {
+
+const QString Stop = QStringLiteral("<stop>");
+
+} // namespace
+
+class tst_Slideshow : public QObject
+{
+    Q_OBJECT
+
+    // A folder for each test and row: no file is rewritten while an earlier show may still be
+    // decoding it.
+    QString folder() const
+    {
+        return property("worldPath").toString() +
+               QStringLiteral("/%1-%2").arg(
+                   QLatin1String(QTest::currentTestFunction()),
+                   QString::number(qHash(QLatin1String(QTest::currentDataTag()))));
+    }
+
+    QStringList pictures(int count, QSize size = QSize(640, 480))
+    {
+        QDir().mkpath(folder());
+        QStringList names;
+        for (int i = 0; i < count; ++i) {
+            QImage image(size, QImage::Format_RGB32);
+            image.fill(QColor::fromHsv(i * 40 % 360, 200, 200));
+            names << QStringLiteral("slide%1.jpg").arg(i);
+            image.save(Utilities::JoinPath(folder(), names.last()), "JPEG");
+        }
+        return names;
+    }
+
+    // A full-screen show of count pictures, started, with its timer at intervalMs.
+    std::unique_ptr<SlideshowSession> play(int count, int intervalMs, QSize size = QSize(640, 480))
+    {
+        auto show = std::make_unique<SlideshowSession>();
+        show->setSource([folder = folder(), names = pictures(count, size)] {
+            return SlideshowSession::Source{folder, names, false, false, true};
+        });
+        show->ToggleShow(2);
+        show->SlideTimer().setInterval(intervalMs);
+        return show;
+    }
+    static ucImgPreview* slide(SlideshowSession& show) { return show.FullScreenPlayer()->Slide(); }
+    QString path(int index) const
+    {
+        return Utilities::JoinPath(folder(), QStringLiteral("slide%1.jpg").arg(index));
+    }
+
+    QSettings settingsFile() const
+    {
+        SettingsStore::global().flush();
+        return QSettings(property("worldPath").toString() +
+                             QStringLiteral("/config/Lumbra/Lumbra.ini"),
+                         QSettings::IniFormat);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        QFile::remove(SettingsStore::defaultPath());
+        SettingsStore::reopenGlobal();
+    }
+
+    // Steps: S shows a slide at once (the start, or Right arrow), T is a timer tick, P is the
+    // Left arrow. A tick that ends the show adds <stop>.
+    void playOrder_data()
+    {
+        QTest::addColumn<bool>("repeat");
+        QTest::addColumn<QList<double>>("draws"); // empty: in list order
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QStringList>("expected");
+        const QString a = QStringLiteral("a"), b = QStringLiteral("b"), c = QStringLiteral("c");
+        QTest::newRow("once each in list order, then the show stops by itself")
+            << false << QList<double>{} << "STTTT" << QStringList{a, b, c, Stop};
+        QTest::newRow("repeat: an empty slide after the last, then the same list again")
+            << true << QList<double>{} << "STTTTT" << QStringList{a, b, c, QString(), a, b};
+        QTest::newRow("random: drawn once without replacement, the order kept on repeat")
+            << true << QList<double>{0.5, 0.0, 0.9} << "STTTTT"
+            << QStringList{b, a, c, QString(), b, a};
+        QTest::newRow("left arrow on the first picture: an empty slide, then the first")
+            << false << QList<double>{} << "SPTT" << QStringList{a, QString(), a, b};
+        QTest::newRow("left arrow goes back to the picture before")
+            << false << QList<double>{} << "STTPT" << QStringList{a, b, c, b, c};
+    }
+    void playOrder()
+    {
+        QFETCH(bool, repeat);
+        QFETCH(QList<double>, draws);
+        QFETCH(QString, steps);
+        QFETCH(QStringList, expected);
+        SlideshowPlayer show;
+        show.Start({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")},
+                   !draws.isEmpty(), repeat, [&draws] { return draws.takeFirst(); });
+        QStringList seen;
+        for (const QChar step : steps) {
+            if (step == u'P')
+                show.Previous();
+            if (step == u'T' && !show.Tick()) {
+                seen << Stop;
+                break;
+            }
+            seen << show.ShowSlide();
+        }
+        QCOMPARE(seen, expected);
+    }
+
+    void randomShowsEachPictureOncePerPass()
+    {
+        QStringList names;
+        for (int i = 0; i < 20; ++i)
+            names << QString::number(i);
+        SlideshowPlayer show;
+        show.Start(names, true, true);
+        QStringList first, second;
+        for (int i = 0; i < names.size(); ++i)
+            first << show.ShowSlide();
+        QCOMPARE(show.ShowSlide(), QString());
+        for (int i = 0; i < names.size(); ++i)
+            second << show.ShowSlide();
+        QCOMPARE(second, first);
+        first.sort();
+        names.sort();
+        QCOMPARE(first, names);
+    }
+
+    void loadFromSettings_data()
+    {
+        QTest::addColumn<QString>("delay"); // empty: not stored
+        QTest::addColumn<QString>("colour");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QColor>("background");
+        QTest::newRow("first start: white, the default 2 taken as a position")
+            << QString() << QString() << 2 << "2 second interval" << QColor(Qt::white);
+        QTest::newRow("stored 3 is a position, stored colour is 0x00BBGGRR")
+            << "3"
+            << "255" << 3 << "3 second interval" << QColor(Qt::red);
+        QTest::newRow("stored 15 lies beyond the slider, which stays put")
+            << "15"
+            << "16711680" << 0 << "15 second interval" << QColor(Qt::blue);
+    }
+    void loadFromSettings()
+    {
+        QFETCH(QString, delay);
+        QFETCH(QString, colour);
+        QFETCH(int, position);
+        QFETCH(QString, label);
+        QFETCH(QColor, background);
+        if (!delay.isEmpty())
+            SettingsStore::global().write(QStringLiteral("SlideShow"),
+                                          QStringLiteral("Timer_Delay"), delay);
+        if (!colour.isEmpty())
+            SettingsStore::global().write(QStringLiteral("Slideshow"), QStringLiteral("BkColor"),
+                                          colour);
+        frmSlideshow_FS player(nullptr);
+        QCOMPARE(player.IntervalSlider()->value(), position);
+        QCOMPARE(player.IntervalText(), label);
+        QCOMPARE(player.BackgroundColor(), background);
+        QCOMPARE(player.Slide()->palette().color(QPalette::Window), background);
+        QVERIFY(player.Slide()->NoDblClick());
+        // Opening the player stores nothing.
+        QCOMPARE(settingsFile().value(QStringLiteral("SlideShow/Timer_Delay"), delay).toString(),
+                 delay);
+    }
+
+    void sliderChangesThePaceOfARunningShow()
+    {
+        const auto show = play(2, 2000);
+        QCOMPARE(show->SlideTimer().interval(), 2000);
+        show->FullScreenPlayer()->IntervalSlider()->setValue(3);
+        QCOMPARE(show->SlideTimer().interval(), 15000);
+        QVERIFY(show->SlideTimer().isActive());
+        QCOMPARE(show->FullScreenPlayer()->IntervalText(), QStringLiteral("15 second interval"));
+        QCOMPARE(settingsFile().value(QStringLiteral("SlideShow/Timer_Delay")).toString(),
+                 QStringLiteral("15"));
+        // The next show starts at the stored pace.
+        QCOMPARE(SlideshowPlayer::IntervalMs(SettingsStore::global()), 15000);
+    }
+
+    void backgroundColour_data()
+    {
+        QTest::addColumn<QColor>("chosen");
+        QTest::addColumn<QColor>("expected");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("chosen colour applied and stored")
+            << QColor(0, 128, 255) << QColor(0, 128, 255) << "16744448";
+        QTest::newRow("cancelled dialog changes nothing")
+            << QColor() << QColor(Qt::white) << QString();
+    }
+    void backgroundColour()
+    {
+        QFETCH(QColor, chosen);
+        QFETCH(QColor, expected);
+        QFETCH(QString, stored);
+        const auto dialog = frmSlideshow_FS::ChooseColor();
+        frmSlideshow_FS::ChooseColor() = [chosen](QWidget*, const QColor& current) {
+            return current == Qt::white ? chosen : QColor(Qt::black);
+        };
+        frmSlideshow_FS player(nullptr);
+        player.tlbPlay_ButtonClick(5);
+        frmSlideshow_FS::ChooseColor() = dialog;
+        QCOMPARE(player.BackgroundColor(), expected);
+        QCOMPARE(player.Slide()->palette().color(QPalette::Window), expected);
+        QCOMPARE(settingsFile().value(QStringLiteral("Slideshow/BkColor")).toString(), stored);
+    }
+
+    void fullScreenShowPlaysToItsEnd()
+    {
+        const auto show = play(3, 60);
+        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
+        QVERIFY(player->isFullScreen());
+        QStringList shown{slide(*show)->FileName()};
+        connect(&show->SlideTimer(), &QTimer::timeout, this, [&] {
+            if (show->Playing())
+                shown << slide(*show)->FileName();
+        });
+        QSignalSpy playing(show.get(), &SlideshowSession::PlayingChanged);
+        QTRY_VERIFY(player.isNull());
+        QCOMPARE(shown, (QStringList{path(0), path(1), path(2)}));
+        QCOMPARE(playing.count(), 1);
+        QVERIFY(!show->Playing());
+    }
+
+    // Each key is pressed on the second of three pictures.
+    void keysReachTheOwner_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("nextIndex");
+        QTest::addColumn<bool>("timerRuns");
+        QTest::newRow("right arrow: the next slide at once")
+            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true;
+        QTest::newRow("left arrow: the slide before")
+            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true;
+        QTest::newRow("pause: timer held, caption marked")
+            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false;
+        QTest::newRow("escape starts the show again")
+            << int(Qt::Key_Escape) << "slide0.jpg" << 1 << true;
+        QTest::newRow("other keys do nothing") << int(Qt::Key_A) << "slide1.jpg" << 2 << true;
+    }
+    void keysReachTheOwner()
+    {
+        QFETCH(int, key);
+        QFETCH(QString, caption);
+        QFETCH(int, nextIndex);
+        QFETCH(bool, timerRuns);
+        const auto show = play(3, 60000);
+        show->ShowSlide();
+        QTest::keyClick(show->FullScreenPlayer(), Qt::Key(key));
+        QCOMPARE(show->FullScreenPlayer()->CaptionText(), caption);
+        QCOMPARE(show->Player().NextIndex(), nextIndex);
+        QCOMPARE(show->SlideTimer().isActive(), timerRuns);
+        QVERIFY(show->Playing());
+    }
+
+    void pauseReleasedResumesTheTimer()
+    {
+        const auto show = play(2, 60000);
+        frmSlideshow_FS* player = show->FullScreenPlayer();
+        player->KeyDown(19);
+        QTRY_VERIFY(!player->KeyLocked());
+        player->KeyDown(19);
+        QVERIFY(show->SlideTimer().isActive());
+        QCOMPARE(player->CaptionText(), QStringLiteral("slide0.jpg"));
+    }
+
+    void heldArrowAdvancesOneSlidePerLock()
+    {
+        const auto show = play(5, 60000);
+        frmSlideshow_FS* player = show->FullScreenPlayer();
+        for (int i = 0; i < 10; ++i)
+            QTest::keyPress(player, Qt::Key_Right);
+        QCOMPARE(show->Player().LastShownIndex(), 1);
+        QSignalSpy unlocked(&player->tmrKeyResponse, &QTimer::timeout);
+        QVERIFY(unlocked.wait());
+        for (int i = 0; i < 10; ++i)
+            QTest::keyPress(player, Qt::Key_Right);
+        // The toolbar's Next goes through the same lock.
+        player->tlbPlay_ButtonClick(4);
+        QCOMPARE(show->Player().LastShownIndex(), 2);
+    }
+
+    void vanishedFileShowsNothingAndTheShowGoesOn()
+    {
+        const auto show = play(3, 60000);
+        // Even decoded ahead, a file deleted before its turn is not shown.
+        QTRY_VERIFY(show->FullScreenPlayer()->Ahead().IsReady(path(1)));
+        QVERIFY(QFile::remove(path(1)));
+        show->Tick();
+        QVERIFY(slide(*show)->DecodedImage().isNull());
+        QVERIFY(show->SlideTimer().isActive());
+        show->Tick();
+        QCOMPARE(slide(*show)->FileName(), path(2));
+        QTRY_VERIFY(!slide(*show)->DecodedImage().isNull());
+    }
+
+    void nextSlideIsDecodedBeforeItsTick()
+    {
+        const auto show = play(2, 60000, QSize(3000, 2000));
+        QSignalSpy prepared(&show->FullScreenPlayer()->Ahead(), &SlideDecoder::Prepared);
+        QVERIFY(prepared.wait());
+        show->Tick();
+        // On screen at the tick itself, at the size shown, without a decode in between.
+        const QImage shown = slide(*show)->DecodedImage();
+        QVERIFY(!shown.isNull());
+        QVERIFY(qAbs(shown.width() - slide(*show)->ElementRect().width()) <= 1);
+        QVERIFY(shown.width() < 3000);
+        QVERIFY(qAbs(shown.pixelColor(shown.rect().center()).hue() - 40) <= 4);
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_Slideshow)
+#include "tst_slideshow.moc"
