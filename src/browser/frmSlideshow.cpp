@@ -1,6 +1,8 @@
 #include "browser/frmSlideshow.h"
 
 #include "app/SettingsStore.h"
+#include "browser/frmSlideshow_FS.h"
+#include "browser/SlideshowSession.h"
 #include "browser/ucPictureList.h"
 #include "common/Utilities.h"
 
@@ -45,6 +47,23 @@ frmSlideshow::frmSlideshow(QWidget* parent)
                         parent)
 {
     buildToolbars();
+
+    // The show plays what the list and the play buttons say when it starts.
+    m_session = new SlideshowSession(this);
+    m_session->setPreview(ucPreview());
+    m_session->setSource([this] {
+        SlideshowSession::Source source;
+        source.folder = CurrentPath();
+        const ucPictureList* list = lvList();
+        for (int row = 0; row < list->count(); ++row)
+            if (list->isChecked(row))
+                source.checked.append(list->text(row));
+        source.random = PlayButton(RandomIndex)->isChecked();
+        source.repeat = PlayButton(RepeatIndex)->isChecked();
+        source.fullScreen = PlayButton(FullScreenIndex)->isChecked();
+        return source;
+    });
+    connect(m_session, &SlideshowSession::PlayingChanged, this, &frmSlideshow::playingChanged);
 
     ucPictureList* list = lvList();
     list->setReorderable(true);
@@ -142,6 +161,10 @@ void frmSlideshow::loadPlayButtons()
 void frmSlideshow::playButtonClicked(int index)
 {
     switch (index) {
+    case StopIndex:
+    case PlayIndex:
+        ToggleShow(index);
+        break;
     case RepeatIndex:
     case RandomIndex:
     case FullScreenIndex:
@@ -150,6 +173,33 @@ void frmSlideshow::playButtonClicked(int index)
     default:
         break;
     }
+}
+
+// The show --------------------------------------------------------------------------------
+
+void frmSlideshow::ToggleShow(int n)
+{
+    if (n == 1 || n == 2)
+        m_session->ToggleShow(n);
+}
+
+void frmSlideshow::ShowSlide()
+{
+    m_session->ShowSlide();
+}
+
+void frmSlideshow::playingChanged(bool playing)
+{
+    PlayButton(StopIndex)->setVisible(playing);
+    PlayButton(PlayIndex)->setVisible(!playing);
+}
+
+void frmSlideshow::closeEvent(QCloseEvent* event)
+{
+    // A show does not outlive its window, nor does its full-screen player.
+    if (m_session->Playing())
+        ToggleShow(1);
+    PictureListWindow::closeEvent(event);
 }
 
 // Checking ----------------------------------------------------------------------------------

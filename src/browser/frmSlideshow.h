@@ -8,6 +8,8 @@
 
 #include <array>
 
+class SlideshowSession;
+
 // The slideshow builder: the pictures of one folder as in the browser, each with a check box.
 // The user ticks the pictures to show, puts them in order by dragging them within the list,
 // and plays them in the preview pane or full screen.
@@ -19,8 +21,15 @@ public:
     explicit frmSlideshow(QWidget* parent = nullptr);
     ~frmSlideshow() override;
 
+    // 2 plays the checked pictures in list order (Play), 1 stops the show (Stop).
+    Q_INVOKABLE void ToggleShow(int n);
+    // Shows the next picture of the show and moves on.
+    Q_INVOKABLE void ShowSlide();
     // Inverts the check box of every selected picture (the tlbCheck button).
     Q_INVOKABLE void CheckSelected();
+
+    // The running show: its play list, position, timer and full-screen player.
+    SlideshowSession& Session() const { return *m_session; }
 
     // Play toolbar button 1 to 7, as the toolbar numbers them: 1 Stop, 2 Play, 4 Repeat,
     // 5 Random, 7 Full Screen; 3 and 6 are separators.
@@ -31,6 +40,7 @@ protected:
     // Checks every picture, or unchecks every one when the picture clicked is checked.
     void listDoubleClicked(int row) override;
     void listFilled() override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void buildToolbars();
@@ -41,7 +51,9 @@ private:
     bool anyChecked() const;
     void rowsDropped(int targetRow);
     void completeDrop();
+    void playingChanged(bool playing);
 
+    SlideshowSession* m_session = nullptr;
     QToolBar* m_checkBar = nullptr;
     QToolBar* m_playBar = nullptr;
     QAction* m_checkButton = nullptr;
