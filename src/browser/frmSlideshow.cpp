@@ -179,7 +179,8 @@ void frmSlideshow::playButtonClicked(int index)
 
 void frmSlideshow::ToggleShow(int n)
 {
-    if (n == 1 || n == 2)
+    // A command by name may come while Play is disabled: with nothing checked there is no show.
+    if (n == 1 || (n == 2 && anyChecked()))
         m_session->ToggleShow(n);
 }
 
