@@ -78,8 +78,14 @@ frmSlideshow::frmSlideshow(QWidget* parent)
 
     Load();
     loadPlayButtons();
-    Utilities::SetStatus(
-        QStringLiteral("Double click the list of photos to check or uncheck all."));
+    // The main window reports "Ready" once it has opened this one; the hint comes after that.
+    QMetaObject::invokeMethod(
+        this,
+        [] {
+            Utilities::SetStatus(
+                QStringLiteral("Double click the list of photos to check or uncheck all."));
+        },
+        Qt::QueuedConnection);
 }
 
 frmSlideshow::~frmSlideshow() = default;
