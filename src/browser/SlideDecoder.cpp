@@ -7,11 +7,28 @@
 #include <QFutureWatcher>
 #include <QtConcurrent>
 
+#include <utility>
+
+namespace {
+
+// Longest wait for the pane to paint the slide before the next one is decoded anyway.
+constexpr int PaintWaitMs = 300;
+
+} // namespace
+
 SlideDecoder::SlideDecoder(ucImgPreview* target, QObject* parent)
     : QObject(parent), m_target(target)
 {
     // One slide ahead is all a show needs; a second thread would only compete with the screen.
     m_pool.setMaxThreadCount(1);
+    m_afterPaint.setSingleShot(true);
+    m_afterPaint.setInterval(PaintWaitMs);
+    connect(&m_afterPaint, &QTimer::timeout, this, [this] {
+        if (!m_upcoming.isEmpty())
+            prepare(std::exchange(m_upcoming, QString()));
+    });
+    if (target)
+        target->installEventFilter(this);
 }
 
 SlideDecoder::~SlideDecoder() = default;
@@ -26,8 +43,18 @@ void SlideDecoder::Show(const QString& path, const QString& upcoming)
     m_readyPath.clear();
     m_ready = {};
     m_target->setFileName(path);
-    if (m_decodingAhead && !upcoming.isEmpty() && upcoming != path)
-        prepare(upcoming);
+    m_upcoming = m_decodingAhead && upcoming != path ? upcoming : QString();
+    if (!m_upcoming.isEmpty())
+        m_afterPaint.start();
+}
+
+bool SlideDecoder::eventFilter(QObject* watched, QEvent* event)
+{
+    // A zero timer runs once this paint is done.
+    if (event->type() == QEvent::Paint && watched == m_target && !m_upcoming.isEmpty() &&
+        !m_target->DecodedImage().isNull())
+        m_afterPaint.start(0);
+    return false;
 }
 
 void SlideDecoder::prepare(const QString& path)

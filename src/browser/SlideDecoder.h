@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QThreadPool>
+#include <QTimer>
 
 class ucImgPreview;
 
@@ -18,8 +19,9 @@ public:
     explicit SlideDecoder(ucImgPreview* target, QObject* parent = nullptr);
     ~SlideDecoder() override;
 
-    // Shows path on the pane, from the picture decoded ahead when there is one, then starts
-    // decoding upcoming (empty: nothing to prepare).
+    // Shows path on the pane, from the picture decoded ahead when there is one, then decodes
+    // upcoming (empty: nothing to prepare) once the pane has painted path, so the decode does not
+    // compete with the slide that is due now.
     void Show(const QString& path, const QString& upcoming);
 
     // Off, every slide is decoded when it is shown (for comparison).
@@ -30,6 +32,9 @@ public:
         return !m_readyPath.isEmpty() && m_readyPath == path;
     }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 Q_SIGNALS:
     // The picture for path has been decoded ahead (or found unreadable: then it is not ready).
     void Prepared(const QString& path);
@@ -39,6 +44,10 @@ private:
 
     QPointer<ucImgPreview> m_target;
     bool m_decodingAhead = true;
+    QString m_upcoming;
+    // Starts the decode ahead: right after the pane's paint, or after a while when the pane
+    // does not paint (hidden, or nothing to show).
+    QTimer m_afterPaint;
     QString m_pendingPath;
     QString m_readyPath;
     LoadedPicture m_ready;

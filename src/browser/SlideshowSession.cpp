@@ -71,7 +71,8 @@ void SlideshowSession::ShowSlide()
     const QString upcoming = m_player.Upcoming();
     const QString path = Utilities::JoinPath(m_folder, name);
     const QString next = upcoming.isEmpty() ? QString() : Utilities::JoinPath(m_folder, upcoming);
-    if (m_fullScreen)
+    // A full-screen player left with Escape hands the show back to the preview.
+    if (m_fullScreen && m_fullScreen->isVisible())
         m_fullScreen->ShowPicture(path, next);
     else if (m_previewAhead)
         m_previewAhead->Show(path, next);

@@ -258,6 +258,9 @@ void frmSlideshow_FS::KeyDown(int keyCode)
         m_pause->toggle();
         break;
     case 27:
+        // Escape starts the show over, and leaves full screen as a user expects of it: the
+        // owner's show goes on in its own preview.
+        close();
         if (m_host)
             m_host->ToggleShow(2);
         break;

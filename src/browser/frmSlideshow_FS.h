@@ -44,7 +44,8 @@ public:
     // Toolbar buttons by index: 1 Stop, 2 Pause, 3 Previous Slide, 4 Next Slide,
     // 5 Select background color.
     void tlbPlay_ButtonClick(int index);
-    // Key codes 19 Pause, 27 Escape, 37 Left arrow, 39 Right arrow; others only take the lock.
+    // Key codes 19 Pause, 27 Escape (starts the show over and leaves full screen), 37 Left
+    // arrow, 39 Right arrow; others only take the lock.
     void KeyDown(int keyCode);
     void sldrInterval_Change();
 

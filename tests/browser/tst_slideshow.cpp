@@ -222,21 +222,38 @@ private Q_SLOTS:
         QCOMPARE(settingsFile().value(QStringLiteral("Slideshow/BkColor")).toString(), stored);
     }
 
-    void fullScreenShowPlaysToItsEnd()
+    void showPlaysToItsEndAndStops_data()
     {
-        const auto show = play(3, 60);
-        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
-        QVERIFY(player->isFullScreen());
-        QStringList shown{slide(*show)->FileName()};
-        connect(&show->SlideTimer(), &QTimer::timeout, this, [&] {
-            if (show->Playing())
-                shown << slide(*show)->FileName();
+        QTest::addColumn<bool>("fullScreen");
+        QTest::newRow("full screen, closed at the end") << true;
+        QTest::newRow("in the builder's preview pane") << false;
+    }
+    void showPlaysToItsEndAndStops()
+    {
+        QFETCH(bool, fullScreen);
+        ucImgPreview pane;
+        pane.resize(400, 300);
+        pane.show();
+        SlideshowSession show;
+        show.setPreview(&pane);
+        show.setSource([&, names = pictures(3)] {
+            return SlideshowSession::Source{folder(), names, false, false, fullScreen};
         });
-        QSignalSpy playing(show.get(), &SlideshowSession::PlayingChanged);
-        QTRY_VERIFY(player.isNull());
+        show.ToggleShow(2);
+        show.SlideTimer().setInterval(60);
+        QPointer<frmSlideshow_FS> player = show.FullScreenPlayer();
+        QCOMPARE(player && player->isFullScreen(), fullScreen);
+        ucImgPreview* target = player ? player->Slide() : &pane;
+        QStringList shown{target->FileName()};
+        connect(&show.SlideTimer(), &QTimer::timeout, this, [&] {
+            if (show.Playing())
+                shown << target->FileName();
+        });
+        QSignalSpy playing(&show, &SlideshowSession::PlayingChanged);
+        QVERIFY(playing.wait());
         QCOMPARE(shown, (QStringList{path(0), path(1), path(2)}));
-        QCOMPARE(playing.count(), 1);
-        QVERIFY(!show->Playing());
+        QCOMPARE(playing.first().first().toBool(), false);
+        QTRY_VERIFY(player.isNull());
     }
 
     // Each key is pressed on the second of three pictures.
@@ -246,15 +263,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("caption");
         QTest::addColumn<int>("nextIndex");
         QTest::addColumn<bool>("timerRuns");
+        QTest::addColumn<bool>("fullScreen");
         QTest::newRow("right arrow: the next slide at once")
-            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true;
+            << int(Qt::Key_Right) << "slide2.jpg" << 3 << true << true;
         QTest::newRow("left arrow: the slide before")
-            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true;
+            << int(Qt::Key_Left) << "slide0.jpg" << 1 << true << true;
         QTest::newRow("pause: timer held, caption marked")
-            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false;
-        QTest::newRow("escape starts the show again")
-            << int(Qt::Key_Escape) << "slide0.jpg" << 1 << true;
-        QTest::newRow("other keys do nothing") << int(Qt::Key_A) << "slide1.jpg" << 2 << true;
+            << int(Qt::Key_Pause) << "slide1.jpg - PAUSED" << 2 << false << true;
+        QTest::newRow("escape starts the show again and leaves full screen")
+            << int(Qt::Key_Escape) << "slide1.jpg" << 1 << true << false;
+        QTest::newRow("other keys do nothing")
+            << int(Qt::Key_A) << "slide1.jpg" << 2 << true << true;
     }
     void keysReachTheOwner()
     {
@@ -262,13 +281,20 @@ private Q_SLOTS:
         QFETCH(QString, caption);
         QFETCH(int, nextIndex);
         QFETCH(bool, timerRuns);
+        QFETCH(bool, fullScreen);
         const auto show = play(3, 60000);
+        QPointer<frmSlideshow_FS> player = show->FullScreenPlayer();
+        ucImgPreview pane;
+        show->setPreview(&pane);
         show->ShowSlide();
-        QTest::keyClick(show->FullScreenPlayer(), Qt::Key(key));
-        QCOMPARE(show->FullScreenPlayer()->CaptionText(), caption);
+        QTest::keyClick(player, Qt::Key(key));
+        // Out of full screen, the show goes on in the builder's preview.
+        QCOMPARE(pane.FileName(), fullScreen ? QString() : path(0));
+        QCOMPARE(player->CaptionText(), caption);
         QCOMPARE(show->Player().NextIndex(), nextIndex);
         QCOMPARE(show->SlideTimer().isActive(), timerRuns);
         QVERIFY(show->Playing());
+        QCOMPARE(player->isVisible(), fullScreen);
     }
 
     void pauseReleasedResumesTheTimer()
