@@ -78,14 +78,8 @@ frmSlideshow::frmSlideshow(QWidget* parent)
 
     Load();
     loadPlayButtons();
-    // The main window reports "Ready" once it has opened this one; the hint comes after that.
-    QMetaObject::invokeMethod(
-        this,
-        [] {
-            Utilities::SetStatus(
-                QStringLiteral("Double click the list of photos to check or uncheck all."));
-        },
-        Qt::QueuedConnection);
+    Utilities::SetStatus(
+        QStringLiteral("Double click the list of photos to check or uncheck all."));
 }
 
 frmSlideshow::~frmSlideshow() = default;

@@ -137,8 +137,8 @@ private slots:
         QVERIFY(!builder->PlayButton(2)->isEnabled());
         QVERIFY(builder->PlayButton(2)->isVisible());
         QVERIFY(!builder->PlayButton(1)->isVisible());
-        QTRY_COMPARE(m_strip->Panel(1)->text(),
-                     QStringLiteral("Double click the list of photos to check or uncheck all."));
+        QCOMPARE(m_strip->Panel(1)->text(),
+                 QStringLiteral("Double click the list of photos to check or uncheck all."));
     }
 
     void checks_data()
