@@ -4,6 +4,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 namespace PictureListRules {
 
 namespace {
@@ -162,6 +164,19 @@ int RowAfterDelete(int recordedRow, int rowsLeft)
     if (rowsLeft <= 0)
         return -1;
     return qBound(0, recordedRow, rowsLeft - 1);
+}
+
+int DropInsertRow(const QList<int>& dragged, int target, int count)
+{
+    if (dragged.isEmpty() || dragged.size() >= count || dragged.contains(target))
+        return -1;
+    const int left = count - int(dragged.size());
+    if (target < 0 || target >= count)
+        return left;
+    const int above = int(
+        std::count_if(dragged.begin(), dragged.end(), [target](int row) { return row < target; }));
+    const int landing = target - above;
+    return target > dragged.first() ? landing + 1 : landing;
 }
 
 QString VolumeRootOf(const QString& path, const QStringList& roots)

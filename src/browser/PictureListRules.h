@@ -85,6 +85,12 @@ ListMode ModeForViewType(int viewType);
 // was, or the last row when the list has become shorter; -1 for an empty list.
 int RowAfterDelete(int recordedRow, int rowsLeft);
 
+// Where dragged rows (sorted, of a list of count rows) go when dropped on target (-1: below
+// the last row): the row the first of them takes once they have been taken out and put back
+// together, or -1 when there is nothing to move. They take the target's place: a drag down puts
+// them after it, a drag up before it.
+int DropInsertRow(const QList<int>& dragged, int target, int count);
+
 // The root of the volume (of roots, the mounted volumes) that holds path: the longest root
 // that path lies in. Empty when none does.
 QString VolumeRootOf(const QString& path, const QStringList& roots);

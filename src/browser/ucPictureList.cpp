@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QMetaProperty>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
@@ -195,6 +196,8 @@ void ucPictureList::setMode(ListMode mode)
         m_list->setSpacing(icons ? 0 : 2);
         m_list->setMovement(QListView::Static);
         m_list->setResizeMode(QListView::Adjust);
+        // A static list view refuses drags; a reorderable list takes them back.
+        applyReorderable();
         setCurrentWidget(m_list);
     }
     const QModelIndex current = m_list->selectionModel()->currentIndex();
@@ -288,6 +291,34 @@ void ucPictureList::setChecked(int row, bool checked)
         cell->setCheckState(checked ? Qt::Checked : Qt::Unchecked);
 }
 
+void ucPictureList::setReorderable(bool reorderable)
+{
+    m_reorderable = reorderable;
+    applyReorderable();
+}
+
+void ucPictureList::applyReorderable()
+{
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(m_list), static_cast<QAbstractItemView*>(m_tree)}) {
+        view->setDragDropMode(m_reorderable ? QAbstractItemView::InternalMove
+                                            : QAbstractItemView::NoDragDrop);
+        view->setDragEnabled(m_reorderable);
+        view->viewport()->setAcceptDrops(m_reorderable);
+        view->setDropIndicatorShown(m_reorderable);
+        view->setDefaultDropAction(Qt::MoveAction);
+    }
+}
+
+bool ucPictureList::ownDrop(const QDropEvent* drop) const
+{
+    // Only rows dragged within this list: a drag from another program has no source here,
+    // and one from another list of this program carries that list's rows.
+    const QObject* source = drop->source();
+    return (source == m_list || source == m_tree) && drop->mimeData() &&
+           drop->mimeData()->hasFormat(m_model->mimeTypes().value(0));
+}
+
 bool ucPictureList::isGhosted(int row) const
 {
     const QStandardItem* cell = item(row);
@@ -305,6 +336,9 @@ void ucPictureList::setGhosted(int row, bool ghosted)
 void ucPictureList::setSortState(const SortState& state)
 {
     m_sort = state;
+    // An order the user made by hand shows no sort arrow.
+    if (!m_sort.on)
+        showSortIndicator();
     resort();
 }
 
@@ -511,6 +545,23 @@ bool ucPictureList::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Leave:
         if (onViewport)
             tmrHover.stop();
+        break;
+    case QEvent::Drop:
+        if (onViewport && m_reorderable) {
+            auto* drop = static_cast<QDropEvent*>(event);
+            if (!ownDrop(drop))
+                break;
+            const int target = rowAt(owner, drop->position().toPoint());
+            // The rows stay where they are until the window moves them: a drop that reports
+            // a move would have the dragging view remove them.
+            drop->setDropAction(Qt::IgnoreAction);
+            drop->accept();
+            // The view never hears of the drop; leaving ends its drag state and indicator.
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(owner->viewport(), &leave);
+            Q_EMIT RowsDropped(target);
+            return true;
+        }
         break;
     default:
         break;

@@ -9,6 +9,7 @@
 #include <functional>
 
 class QAbstractItemView;
+class QDropEvent;
 class QListView;
 class QStandardItem;
 class QStandardItemModel;
@@ -56,6 +57,11 @@ public:
     bool isCheckable() const { return m_checkable; }
     bool isChecked(int row) const;
     void setChecked(int row, bool checked);
+
+    // The user may drag rows onto another row; the drop is reported by RowsDropped and the
+    // move is left to the window, which knows what the order means.
+    void setReorderable(bool reorderable);
+    bool isReorderable() const { return m_reorderable; }
 
     bool isGhosted(int row) const;
     void setGhosted(int row, bool ghosted);
@@ -109,6 +115,9 @@ Q_SIGNALS:
     void ColumnsResized();
     // Enter or Delete pressed on the list (not while a label is edited).
     void KeyPressed(int key);
+    // Rows of this list were dropped on targetRow, or below the last row (-1). The dragged
+    // rows are the selected ones.
+    void RowsDropped(int targetRow);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -119,6 +128,8 @@ private:
     bool onIcon(QAbstractItemView* view, const QPoint& pos) const;
     void hoverTimeout();
     void showSortIndicator();
+    void applyReorderable();
+    bool ownDrop(const QDropEvent* drop) const;
 
     QStandardItemModel* m_model;
     QListView* m_list;
@@ -126,6 +137,7 @@ private:
     PictureListRules::ListMode m_mode = PictureListRules::ReportView;
     PictureListRules::SortState m_sort;
     bool m_checkable = false;
+    bool m_reorderable = false;
     bool m_hoverSelect = false;
     bool m_settingWidths = false;
     int m_pressedRow = -1;
