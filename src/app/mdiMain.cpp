@@ -6,6 +6,7 @@
 #include "app/MenuTable.h"
 #include "app/PictureFiles.h"
 #include "app/ScreenShot.h"
+#include "app/UndoLog.h"
 #include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
@@ -16,10 +17,12 @@
 #include "app/frmSplash.h"
 #include "app/frmSysTray.h"
 #include "app/frmTip.h"
+#include "browser/FileUndo.h"
 #include "browser/frmMyImages.h"
 #include "browser/frmSlideshow.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
+#include "common/MsgBox.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
 #include "gallery/PictureMenu.h"
@@ -132,6 +135,9 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
             connect(action, &QAction::triggered, this, [this, sub] { m_area->setActiveSubWindow(sub); });
         }
     });
+    m_menus->Menu(QStringLiteral("mnuEdit"))->setToolTipsVisible(true);
+    connect(&UndoLog::global(), &UndoLog::Changed, this, &mdiMain::UpdateUndoEntry);
+    UpdateUndoEntry();
     UpdateCommandStates();
 }
 
@@ -424,6 +430,14 @@ void mdiMain::UpdateCommandStates()
             action->setEnabled(child);
 }
 
+void mdiMain::UpdateUndoEntry()
+{
+    const UndoLog& log = UndoLog::global();
+    QAction* undo = m_menus->Action(QStringLiteral("mnuEdit"), 1);
+    undo->setEnabled(log.CanUndo());
+    undo->setToolTip(log.CanUndo() ? QStringLiteral("Undo ") + log.What() : log.WhyNot());
+}
+
 void mdiMain::RestoreChildCommands()
 {
     // The windows with a picture pane bring the View and picture-pane menus in line with
@@ -668,6 +682,13 @@ void mdiMain::mnuFile_Click(int index)
 void mdiMain::mnuEdit_Click(int index)
 {
     switch (index) {
+    case 1: {
+        const UndoLog::Outcome outcome = UndoLog::global().Undo();
+        if (!outcome.report.isEmpty())
+            MsgBox::Tell(this, FileUndo::UndoTitle(), outcome.report,
+                         outcome.ok ? QMessageBox::Information : QMessageBox::Warning);
+        break;
+    }
     case 3:
     case 4:
         ChildOps::Call(ActiveChild(), "CutCopy", index == 3);

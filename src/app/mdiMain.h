@@ -110,6 +110,7 @@ private:
     void ShowTipOfTheDay();
     void RebuildRecentMenu();
     void UpdateCommandStates();
+    void UpdateUndoEntry();
     void RestoreChildCommands();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();

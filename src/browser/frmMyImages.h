@@ -2,6 +2,7 @@
 
 #include "browser/PictureListWindow.h"
 
+#include <functional>
 #include <memory>
 
 class FilesFound;
@@ -35,6 +36,8 @@ protected:
 
 private:
     void renameRow(int row, const QString& typed);
+    // Lists the folder again when an undo has put files back, if this window is still open.
+    std::function<void()> refresher();
 
     std::unique_ptr<FilesFound> m_clipboard;
 };

@@ -124,6 +124,10 @@ private:
     void applySplitter(int twips);
     void splitterReleased();
     void showImagesCount();
+    // The cell of picture from now shows to (a rename, or its undoing).
+    void cellRenamed(const QString& from, const QString& to);
+    // Brings back the thumbnail of path that DeleteItems removed.
+    void showRemoved(const QString& path);
     bool keyEvent(QWidget* target, QKeyEvent* event, bool down);
 
     // One cell of the grid, in display order.

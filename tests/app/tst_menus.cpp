@@ -3,6 +3,7 @@
 #include "app/MainMenus.h"
 #include "app/MenuTable.h"
 #include "app/SettingsStore.h"
+#include "app/UndoLog.h"
 #include "app/mdiMain.h"
 #include "common/AppGlobals.h"
 #include "viewing/frmImageProps.h"
@@ -325,6 +326,28 @@ private Q_SLOTS:
         // Viewing it makes it the newest entry.
         QCOMPARE(SettingsStore::global().read("mdiMain", "File_Recent_0"), QStringLiteral("/pics/trip/beach.jpg"));
         QCOMPARE(first->text(), QStringLiteral("&1 beach.jpg"));
+    }
+
+    void undoEntryFollowsTheLog()
+    {
+        auto main = makeMain();
+        QAction* undo = main->Menus()->Action("mnuEdit", 1);
+        UndoLog::global().Forget(QStringLiteral("Nothing yet."));
+        QVERIFY(!undo->isEnabled());
+        QCOMPARE(undo->toolTip(), QStringLiteral("Nothing yet."));
+
+        int undone = 0;
+        UndoLog::global().Record(QStringLiteral("Rename"), [&undone] {
+            ++undone;
+            return UndoLog::Outcome{};
+        });
+        QVERIFY(undo->isEnabled());
+        QCOMPARE(undo->toolTip(), QStringLiteral("Undo Rename"));
+        undo->trigger();
+        undo->trigger();
+        QCOMPARE(undone, 1);
+        QVERIFY(!undo->isEnabled());
+        QVERIFY(undo->toolTip().contains(QStringLiteral("Rename")));
     }
 };
 
