@@ -5,6 +5,7 @@
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
 #include "app/PictureFiles.h"
+#include "app/RestoreDefaults.h"
 #include "app/ScreenShot.h"
 #include "app/UndoLog.h"
 #include "app/SettingsStore.h"
@@ -650,6 +651,13 @@ void mdiMain::mnuFile_Click(int index)
     case 3:
         m_area->closeAllSubWindows();
         break;
+    case 5:
+        // Edits waiting in the workshop are what Save saves; otherwise it saves a copy.
+        if (m_workshop && m_workshop->property("Edited").toBool())
+            ChildOps::Call(m_workshop.data(), "SaveEdits");
+        else
+            PictureFiles::SaveAsBitmap(this, {});
+        break;
     case 6:
         PictureFiles::SaveAsBitmap(this, {});
         break;
@@ -745,8 +753,29 @@ void mdiMain::mnuStuff_Click(int index)
 {
     if (index == 1)
         ScreenShot::TakeAndShow(this);
-    else if (index == 5)
-        Q_EMIT CommandRequested(QStringLiteral("mnuStuff"), index);
+    else if (index == 5 && RestoreDefaults::Confirm(this))
+        RestoreAllDefaults();
+}
+
+void mdiMain::RestoreAllDefaults()
+{
+    // Windows write their settings as they close: they go first, so nothing is written back.
+    m_area->closeAllSubWindows();
+    PictureWindows::CloseAll();
+    RestoreDefaults::Reset(settings(), Globals());
+
+    const AppGlobals& globals = Globals();
+    statusBar()->setVisible(globals.option(11));
+    m_sideBars[0]->setVisible(globals.option(4));
+    if (globals.option(4))
+        m_sideBars[0]->Dock(3);
+    m_tray->SetIconVisible(globals.option(1));
+    ApplyWallpaperTicks(2);
+    MainMenu_View(0);
+    m_recent.Load(settings(), Section);
+    RebuildRecentMenu();
+    SetMinToTrayMinutes(10);
+    settings().readInto(Keys::MinToTray_Minutes, m_minToTrayMinutes);
 }
 
 void mdiMain::mnuWallpaper_Click(int index)

@@ -111,6 +111,7 @@ private:
     void RebuildRecentMenu();
     void UpdateCommandStates();
     void UpdateUndoEntry();
+    void RestoreAllDefaults();
     void RestoreChildCommands();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();
@@ -128,6 +129,7 @@ private:
     WindowBalloon* m_balloon = nullptr;
     QPointer<QWidget> m_help;
     QPointer<QWidget> m_about;
+    QPointer<QWidget> m_workshop;
     RecentList m_recent;
     QPointer<QObject> m_myEnabled;
     QString m_greeting;
