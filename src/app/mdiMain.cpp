@@ -11,6 +11,7 @@
 #include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
+#include "app/ZipPictures.h"
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
 #include "app/frmHelp.h"
@@ -586,6 +587,17 @@ void mdiMain::OnMenuClicked(const QString& array, int index)
         (this->*handler)(index);
 }
 
+QStringList mdiMain::ChosenPictures() const
+{
+    QStringList files;
+    QWidget* child = ActiveChild();
+    if (ChildOps::Has<>(child, "SelectedFiles"))
+        QMetaObject::invokeMethod(child, "SelectedFiles", Qt::DirectConnection, Q_RETURN_ARG(QStringList, files));
+    if (files.isEmpty() && !Globals().CurrentPicture.isEmpty())
+        files << Globals().CurrentPicture;
+    return files;
+}
+
 void mdiMain::RefreshChild()
 {
     QWidget* child = ActiveChild();
@@ -856,6 +868,9 @@ void mdiMain::mnuPopup_ImageOptions_Click(int index)
         break;
     case 4:
         RefreshChild();
+        break;
+    case 6:
+        ZipPictures::Run(this, ChosenPictures());
         break;
     case 9:
     case 10:

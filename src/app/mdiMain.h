@@ -112,6 +112,8 @@ private:
     void UpdateCommandStates();
     void UpdateUndoEntry();
     void RestoreAllDefaults();
+    // The selected pictures of the active window, else the current picture.
+    QStringList ChosenPictures() const;
     void RestoreChildCommands();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();

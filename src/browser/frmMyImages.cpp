@@ -94,6 +94,14 @@ frmMyImages::frmMyImages(QWidget* parent)
 
 frmMyImages::~frmMyImages() = default;
 
+QStringList frmMyImages::SelectedFiles() const
+{
+    QStringList files;
+    for (int row : lvList()->selectedRows())
+        files << PathOf(row);
+    return files;
+}
+
 // Rename ----------------------------------------------------------------------------------
 
 void frmMyImages::RenameImage()

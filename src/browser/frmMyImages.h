@@ -27,6 +27,8 @@ public:
     // Pastes into the current folder what a file manager put on the desktop clipboard, or
     // else the clipboard list.
     Q_INVOKABLE void PasteImages();
+    // The full paths of the selected pictures, in list order.
+    Q_INVOKABLE QStringList SelectedFiles() const;
 
     // The clipboard list; null before any cut or copy, and after a cut has been pasted.
     const FilesFound* ClipboardList() const { return m_clipboard.get(); }

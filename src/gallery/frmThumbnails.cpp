@@ -318,6 +318,15 @@ QString frmThumbnails::FileOf(int index) const
     return index >= 0 && index < int(m_cells.size()) ? m_cells[size_t(index)].path : QString();
 }
 
+QStringList frmThumbnails::SelectedFiles() const
+{
+    QStringList files;
+    for (int i = 0; i < int(m_cells.size()) && i < m_grid->count(); ++i)
+        if (m_grid->isChecked(i) && !m_grid->isCellHidden(i))
+            files << m_cells[size_t(i)].path;
+    return files;
+}
+
 bool frmThumbnails::PassRunning() const
 {
     return m_loading || m_pipeline->Running();

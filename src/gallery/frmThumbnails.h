@@ -62,6 +62,9 @@ public:
     // Opens the thumbnail size dialog for this gallery.
     Q_INVOKABLE void ChooseSize();
 
+    // The full paths of the checked pictures still shown, in display order.
+    Q_INVOKABLE QStringList SelectedFiles() const;
+
     // A collection holds pictures the user gathered; a folder view follows the address bar.
     bool CollectionMode() const { return m_collection; }
     void setCollectionMode(bool collection);
