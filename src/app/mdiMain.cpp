@@ -34,6 +34,7 @@
 #include "viewing/PicturePrinter.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/frmImageProps.h"
+#include "viewing/frmWorkshop.h"
 #include "viewing/frmPageSetup.h"
 
 #include <QAction>
@@ -587,6 +588,27 @@ void mdiMain::OnMenuClicked(const QString& array, int index)
         (this->*handler)(index);
 }
 
+void mdiMain::OpenWorkshop()
+{
+    const QString picture = Globals().CurrentPicture;
+    if (picture.isEmpty()) {
+        MsgBox::Tell(this, QStringLiteral("Lumbra - Workshop"),
+                     QStringLiteral("Choose a picture first: the workshop edits the picture you are looking at."));
+        return;
+    }
+    auto* workshop = qobject_cast<frmWorkshop*>(m_workshop.data());
+    // A workshop busy with unsaved edits of another picture keeps them.
+    if (!workshop || (workshop->Edited() && workshop->FileName() != picture)) {
+        workshop = new frmWorkshop(this);
+        m_workshop = workshop;
+    }
+    if (workshop->FileName() != picture)
+        workshop->OpenPicture(picture);
+    workshop->show();
+    workshop->raise();
+    workshop->activateWindow();
+}
+
 QStringList mdiMain::ChosenPictures() const
 {
     QStringList files;
@@ -751,7 +773,7 @@ void mdiMain::mnuTools_Click(int index)
         tlbMain_ButtonClick(index - 1);
         break;
     case 7:
-        Q_EMIT CommandRequested(QStringLiteral("mnuTools"), index);
+        OpenWorkshop();
         break;
     case 9:
         frmOptions::ShowDialog(this);

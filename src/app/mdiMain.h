@@ -112,6 +112,8 @@ private:
     void UpdateCommandStates();
     void UpdateUndoEntry();
     void RestoreAllDefaults();
+    // Opens the workshop on the current picture.
+    void OpenWorkshop();
     // The selected pictures of the active window, else the current picture.
     QStringList ChosenPictures() const;
     void RestoreChildCommands();
