@@ -13,6 +13,7 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSpinBox>
@@ -67,18 +68,6 @@ frmWorkshop::frmWorkshop(QWidget* parent) : QWidget(parent, Qt::Window)
     m_undo = tools->addAction(QStringLiteral("&Undo Edit"), this, &frmWorkshop::UndoEdit);
     tools->addSeparator();
     tools->addAction(QStringLiteral("Save &As..."), this, [this] { SaveAs(); });
-    tools->addSeparator();
-    tools->addWidget(new QLabel(QStringLiteral(" JPEG quality: "), tools));
-    m_quality = new QSpinBox(tools);
-    m_quality->setRange(1, 100);
-    m_quality->setSuffix(QStringLiteral(" %"));
-    m_quality->setToolTip(QStringLiteral("Higher keeps more detail and makes larger JPEG files"));
-    int quality = 90;
-    settings().readInto(Section, QStringLiteral("JPEG_Quality"), QStringLiteral("90"), quality);
-    m_quality->setValue(quality);
-    connect(m_quality, &QSpinBox::valueChanged, this,
-            [](int value) { settings().write(Section, QStringLiteral("JPEG_Quality"), value); });
-    tools->addWidget(m_quality);
     layout->addWidget(tools);
 
     m_picture = new QLabel(this);
@@ -87,8 +76,24 @@ frmWorkshop::frmWorkshop(QWidget* parent) : QWidget(parent, Qt::Window)
     m_picture->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     m_picture->setStyleSheet(QStringLiteral("background: #808080;"));
     layout->addWidget(m_picture, 1);
+    // The format's one setting sits with what the window says about the picture.
+    auto* bottom = new QHBoxLayout;
     m_info = new QLabel(this);
-    layout->addWidget(m_info);
+    bottom->addWidget(m_info, 1);
+    auto* qualityLabel = new QLabel(QStringLiteral("&JPEG quality:"), this);
+    m_quality = new QSpinBox(this);
+    qualityLabel->setBuddy(m_quality);
+    m_quality->setRange(1, 100);
+    m_quality->setSuffix(QStringLiteral(" %"));
+    m_quality->setToolTip(QStringLiteral("Higher keeps more detail and makes larger JPEG files"));
+    int quality = 90;
+    settings().readInto(Section, QStringLiteral("JPEG_Quality"), QStringLiteral("90"), quality);
+    m_quality->setValue(quality);
+    connect(m_quality, &QSpinBox::valueChanged, this,
+            [](int value) { settings().write(Section, QStringLiteral("JPEG_Quality"), value); });
+    bottom->addWidget(qualityLabel);
+    bottom->addWidget(m_quality);
+    layout->addLayout(bottom);
     resize(760, 560);
     changed();
 }
