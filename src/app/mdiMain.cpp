@@ -27,6 +27,7 @@
 #include "common/MsgBox.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
+#include "gallery/AlbumCommands.h"
 #include "gallery/PictureMenu.h"
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
@@ -119,6 +120,13 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     m_menus->Action(QStringLiteral("mnuStuff"), 4)->setVisible(false);
     m_menus->Action(QStringLiteral("mnuImageOptions_SetAs"), 1)->setVisible(false);
     m_menus->Action(QStringLiteral("mnuHelp"), 11)->setVisible(!QStringLiteral(LUMBRA_SUPPORT_EMAIL).isEmpty());
+
+    // The albums there are follow the fixed entries of the albums menu, which the gallery's
+    // toolbar offers.
+    auto* albums = m_menus->Menu(QStringLiteral("mnuAlbums"));
+    connect(albums, &QMenu::aboutToShow, this, [this, albums] {
+        AlbumCommands::AddEntries(albums, this, [this] { return Gallery(); });
+    });
 
     auto* windows = m_menus->Menu(QStringLiteral("mnuWindow"));
     connect(windows, &QMenu::aboutToShow, this, [this, windows] {
@@ -365,7 +373,7 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
         if (toolbarIndex == MenuTable::MyImagesButton)
             child = new frmMyImages;
         else if (toolbarIndex == MenuTable::ThumbnailsButton)
-            child = new frmThumbnails;
+            child = NewGallery();
         else
             child = new frmSlideshow;
         child->setAttribute(Qt::WA_DeleteOnClose);
@@ -607,6 +615,19 @@ void mdiMain::OpenWorkshop()
     workshop->show();
     workshop->raise();
     workshop->activateWindow();
+}
+
+QWidget* mdiMain::NewGallery()
+{
+    auto* gallery = new frmThumbnails;
+    QAction* albums = gallery->tlbThumbs()->addAction(QIcon(MenuTable::IconResource(QStringLiteral("Thumbs"))),
+                                                      QStringLiteral("Albums"));
+    albums->setObjectName(QStringLiteral("albums"));
+    albums->setToolTip(QStringLiteral("Photo Albums"));
+    albums->setMenu(m_menus->Menu(QStringLiteral("mnuAlbums")));
+    if (auto* button = qobject_cast<QToolButton*>(gallery->tlbThumbs()->widgetForAction(albums)))
+        button->setPopupMode(QToolButton::InstantPopup);
+    return gallery;
 }
 
 QStringList mdiMain::ChosenPictures() const
@@ -947,6 +968,22 @@ void mdiMain::mnuImgPreview_Options_Click(int index)
 
 void mdiMain::mnuAlbums_Click(int index)
 {
-    if (!MainMenus::IsTitle(QStringLiteral("mnuAlbums"), index))
-        Q_EMIT CommandRequested(QStringLiteral("mnuAlbums"), index);
+    switch (index) {
+    case 2:
+        AlbumCommands::RenameCurrent(this, Gallery());
+        break;
+    case 3:
+        AlbumCommands::DeleteCurrent(this, Gallery());
+        break;
+    case 5:
+        AlbumCommands::ShowProperties(this, Gallery());
+        break;
+    default:
+        break;
+    }
+}
+
+frmThumbnails* mdiMain::Gallery()
+{
+    return qobject_cast<frmThumbnails*>(OpenChild(MenuTable::ThumbnailsButton));
 }

@@ -17,6 +17,7 @@ class frmSysTray;
 class ucSideBar;
 class WindowBalloon;
 class ucCoolProg;
+class frmThumbnails;
 
 // The main window: a frame of child windows with the menus, the toolbar, the side bar, the
 // status strip and the tray icon. It routes commands to the active child window by name.
@@ -114,6 +115,10 @@ private:
     void RestoreAllDefaults();
     // Opens the workshop on the current picture.
     void OpenWorkshop();
+    // The gallery, opened when it is not.
+    frmThumbnails* Gallery();
+    // A gallery with the albums menu on its toolbar.
+    QWidget* NewGallery();
     // The selected pictures of the active window, else the current picture.
     QStringList ChosenPictures() const;
     void RestoreChildCommands();

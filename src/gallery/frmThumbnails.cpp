@@ -327,6 +327,15 @@ QStringList frmThumbnails::SelectedFiles() const
     return files;
 }
 
+QStringList frmThumbnails::CollectionFiles() const
+{
+    QStringList files;
+    for (int i = 0; i < int(m_cells.size()) && i < m_grid->count(); ++i)
+        if (!m_grid->isCellHidden(i))
+            files << m_cells[size_t(i)].path;
+    return files;
+}
+
 bool frmThumbnails::PassRunning() const
 {
     return m_loading || m_pipeline->Running();

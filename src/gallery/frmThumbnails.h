@@ -64,6 +64,8 @@ public:
 
     // The full paths of the checked pictures still shown, in display order.
     Q_INVOKABLE QStringList SelectedFiles() const;
+    // The full paths of every picture shown, in display order.
+    QStringList CollectionFiles() const;
 
     // A collection holds pictures the user gathered; a folder view follows the address bar.
     bool CollectionMode() const { return m_collection; }
