@@ -11,6 +11,8 @@ LUMBRA_PACKAGES=(
   qt6-svg-dev                # QtSvg (icons)
   libjpeg62-turbo-dev        # libjpeg: large photographs decoded at a half, a quarter or an eighth
   zlib1g-dev                 # zlib: CRC-32 of the text chunks in thumbnails
+  libzip-dev                 # libzip: "Zip My Picture(s)" writes .zip archives
+  pkgconf                    # finds libzip for CMake
   qt6-image-formats-plugins  # TIFF, WebP and other codecs
   libgl-dev                  # needed by Qt6Gui's CMake package
   xvfb                       # virtual display for the end-to-end test and headless runs

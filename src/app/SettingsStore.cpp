@@ -165,6 +165,20 @@ void SettingsStore::startWriting()
     });
 }
 
+void SettingsStore::clear()
+{
+    m_entries.clear();
+    // Values still on their way to the file would bring the old settings back.
+    m_pending.clear();
+    if (!m_persisted || !m_file)
+        return;
+    m_writer.start([this] {
+        m_file->clear();
+        m_file->sync();
+        m_lastWriteOk = m_file->status() == QSettings::NoError;
+    });
+}
+
 void SettingsStore::flush()
 {
     startWriting();

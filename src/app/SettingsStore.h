@@ -84,6 +84,9 @@ public:
     void writeBool(const Setting& setting, bool value) { writeBool(setting.section, setting.key, value); }
 
     QString filePath() const { return m_path; }
+
+    // Forgets every value, in memory and in the file, so each reads as its default.
+    void clear();
     // Waits until every value written so far has reached the file.
     void flush();
     // False when the file could not be read at start (it is then left alone) or the last

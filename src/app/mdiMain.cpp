@@ -5,10 +5,13 @@
 #include "app/MdiArrange.h"
 #include "app/MenuTable.h"
 #include "app/PictureFiles.h"
+#include "app/RestoreDefaults.h"
 #include "app/ScreenShot.h"
+#include "app/UndoLog.h"
 #include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
 #include "app/WindowBalloon.h"
+#include "app/ZipPictures.h"
 #include "app/frmAbout.h"
 #include "app/frmGoodbye.h"
 #include "app/frmHelp.h"
@@ -16,14 +19,17 @@
 #include "app/frmSplash.h"
 #include "app/frmSysTray.h"
 #include "app/frmTip.h"
+#include "browser/FileUndo.h"
 #include "browser/frmMyImages.h"
 #include "browser/frmSlideshow.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/MdiPlacement.h"
+#include "common/MsgBox.h"
 #include "common/Utilities.h"
 #include "common/WindowPlacement.h"
 #include "controls/ucSideBar.h"
+#include "gallery/AlbumCommands.h"
 #include "gallery/PictureMenu.h"
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
@@ -31,6 +37,7 @@
 #include "viewing/PicturePrinter.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/frmImageProps.h"
+#include "viewing/frmWorkshop.h"
 #include "viewing/frmPageSetup.h"
 
 #include <QAction>
@@ -116,6 +123,13 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     m_menus->Action(QStringLiteral("mnuImageOptions_SetAs"), 1)->setVisible(false);
     m_menus->Action(QStringLiteral("mnuHelp"), 11)->setVisible(!QStringLiteral(LUMBRA_SUPPORT_EMAIL).isEmpty());
 
+    // The albums there are follow the fixed entries of the albums menu, which the gallery's
+    // toolbar offers.
+    auto* albums = m_menus->Menu(QStringLiteral("mnuAlbums"));
+    connect(albums, &QMenu::aboutToShow, this, [this, albums] {
+        AlbumCommands::AddEntries(albums, this, [this] { return Gallery(); });
+    });
+
     auto* windows = m_menus->Menu(QStringLiteral("mnuWindow"));
     connect(windows, &QMenu::aboutToShow, this, [this, windows] {
         // The open child windows follow the arrangement entries, as in any document frame.
@@ -134,6 +148,9 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
             connect(action, &QAction::triggered, this, [this, sub] { m_area->setActiveSubWindow(sub); });
         }
     });
+    m_menus->Menu(QStringLiteral("mnuEdit"))->setToolTipsVisible(true);
+    connect(&UndoLog::global(), &UndoLog::Changed, this, &mdiMain::UpdateUndoEntry);
+    UpdateUndoEntry();
     UpdateCommandStates();
 }
 
@@ -359,7 +376,7 @@ QWidget* mdiMain::OpenChild(int toolbarIndex)
         if (toolbarIndex == MenuTable::MyImagesButton)
             child = new frmMyImages;
         else if (toolbarIndex == MenuTable::ThumbnailsButton)
-            child = new frmThumbnails;
+            child = NewGallery();
         else
             child = new frmSlideshow;
         child->setAttribute(Qt::WA_DeleteOnClose);
@@ -427,6 +444,14 @@ void mdiMain::UpdateCommandStates()
     for (int index : {7, 8, 9})
         if (auto* action = m_toolbar->findChild<QAction*>(QStringLiteral("tlbMain(%1)").arg(index)))
             action->setEnabled(child);
+}
+
+void mdiMain::UpdateUndoEntry()
+{
+    const UndoLog& log = UndoLog::global();
+    QAction* undo = m_menus->Action(QStringLiteral("mnuEdit"), 1);
+    undo->setEnabled(log.CanUndo());
+    undo->setToolTip(log.CanUndo() ? QStringLiteral("Undo ") + log.What() : log.WhyNot());
 }
 
 void mdiMain::RestoreChildCommands()
@@ -576,6 +601,51 @@ void mdiMain::OnMenuClicked(const QString& array, int index)
         (this->*handler)(index);
 }
 
+void mdiMain::OpenWorkshop()
+{
+    const QString picture = Globals().CurrentPicture;
+    if (picture.isEmpty()) {
+        MsgBox::Tell(this, QStringLiteral("Lumbra - Workshop"),
+                     QStringLiteral("Choose a picture first: the workshop edits the picture you are looking at."));
+        return;
+    }
+    auto* workshop = qobject_cast<frmWorkshop*>(m_workshop.data());
+    // A workshop busy with unsaved edits of another picture keeps them.
+    if (!workshop || (workshop->Edited() && workshop->FileName() != picture)) {
+        workshop = new frmWorkshop(this);
+        m_workshop = workshop;
+    }
+    if (workshop->FileName() != picture)
+        workshop->OpenPicture(picture);
+    workshop->show();
+    workshop->raise();
+    workshop->activateWindow();
+}
+
+QWidget* mdiMain::NewGallery()
+{
+    auto* gallery = new frmThumbnails;
+    QAction* albums = gallery->tlbThumbs()->addAction(QIcon(MenuTable::IconResource(QStringLiteral("Thumbs"))),
+                                                      QStringLiteral("Albums"));
+    albums->setObjectName(QStringLiteral("albums"));
+    albums->setToolTip(QStringLiteral("Photo Albums"));
+    albums->setMenu(m_menus->Menu(QStringLiteral("mnuAlbums")));
+    if (auto* button = qobject_cast<QToolButton*>(gallery->tlbThumbs()->widgetForAction(albums)))
+        button->setPopupMode(QToolButton::InstantPopup);
+    return gallery;
+}
+
+QStringList mdiMain::ChosenPictures() const
+{
+    QStringList files;
+    QWidget* child = ActiveChild();
+    if (ChildOps::Has<>(child, "SelectedFiles"))
+        QMetaObject::invokeMethod(child, "SelectedFiles", Qt::DirectConnection, Q_RETURN_ARG(QStringList, files));
+    if (files.isEmpty() && !Globals().CurrentPicture.isEmpty())
+        files << Globals().CurrentPicture;
+    return files;
+}
+
 void mdiMain::RefreshChild()
 {
     QWidget* child = ActiveChild();
@@ -641,6 +711,13 @@ void mdiMain::mnuFile_Click(int index)
     case 3:
         m_area->closeAllSubWindows();
         break;
+    case 5:
+        // Edits waiting in the workshop are what Save saves; otherwise it saves a copy.
+        if (m_workshop && m_workshop->property("Edited").toBool())
+            ChildOps::Call(m_workshop.data(), "SaveEdits");
+        else
+            PictureFiles::SaveAsBitmap(this, {});
+        break;
     case 6:
         PictureFiles::SaveAsBitmap(this, {});
         break;
@@ -673,6 +750,13 @@ void mdiMain::mnuFile_Click(int index)
 void mdiMain::mnuEdit_Click(int index)
 {
     switch (index) {
+    case 1: {
+        const UndoLog::Outcome outcome = UndoLog::global().Undo();
+        if (!outcome.report.isEmpty())
+            MsgBox::Tell(this, FileUndo::UndoTitle(), outcome.report,
+                         outcome.ok ? QMessageBox::Information : QMessageBox::Warning);
+        break;
+    }
     case 3:
     case 4:
         ChildOps::Call(ActiveChild(), "CutCopy", index == 3);
@@ -715,7 +799,7 @@ void mdiMain::mnuTools_Click(int index)
         tlbMain_ButtonClick(index - 1);
         break;
     case 7:
-        Q_EMIT CommandRequested(QStringLiteral("mnuTools"), index);
+        OpenWorkshop();
         break;
     case 9:
         frmOptions::ShowDialog(this);
@@ -729,8 +813,29 @@ void mdiMain::mnuStuff_Click(int index)
 {
     if (index == 1)
         ScreenShot::TakeAndShow(this);
-    else if (index == 5)
-        Q_EMIT CommandRequested(QStringLiteral("mnuStuff"), index);
+    else if (index == 5 && RestoreDefaults::Confirm(this))
+        RestoreAllDefaults();
+}
+
+void mdiMain::RestoreAllDefaults()
+{
+    // Windows write their settings as they close: they go first, so nothing is written back.
+    m_area->closeAllSubWindows();
+    PictureWindows::CloseAll();
+    RestoreDefaults::Reset(settings(), Globals());
+
+    const AppGlobals& globals = Globals();
+    statusBar()->setVisible(globals.option(11));
+    m_sideBars[0]->setVisible(globals.option(4));
+    if (globals.option(4))
+        m_sideBars[0]->Dock(3);
+    m_tray->SetIconVisible(globals.option(1));
+    ApplyWallpaperTicks(2);
+    MainMenu_View(0);
+    m_recent.Load(settings(), Section);
+    RebuildRecentMenu();
+    SetMinToTrayMinutes(10);
+    settings().readInto(Keys::MinToTray_Minutes, m_minToTrayMinutes);
 }
 
 void mdiMain::mnuWallpaper_Click(int index)
@@ -812,6 +917,9 @@ void mdiMain::mnuPopup_ImageOptions_Click(int index)
     case 4:
         RefreshChild();
         break;
+    case 6:
+        ZipPictures::Run(this, ChosenPictures());
+        break;
     case 9:
     case 10:
         ChildOps::Call(ActiveChild(), "CutCopy", index == 9);
@@ -865,6 +973,22 @@ void mdiMain::mnuImgPreview_Options_Click(int index)
 
 void mdiMain::mnuAlbums_Click(int index)
 {
-    if (!MainMenus::IsTitle(QStringLiteral("mnuAlbums"), index))
-        Q_EMIT CommandRequested(QStringLiteral("mnuAlbums"), index);
+    switch (index) {
+    case 2:
+        AlbumCommands::RenameCurrent(this, Gallery());
+        break;
+    case 3:
+        AlbumCommands::DeleteCurrent(this, Gallery());
+        break;
+    case 5:
+        AlbumCommands::ShowProperties(this, Gallery());
+        break;
+    default:
+        break;
+    }
+}
+
+frmThumbnails* mdiMain::Gallery()
+{
+    return qobject_cast<frmThumbnails*>(OpenChild(MenuTable::ThumbnailsButton));
 }

@@ -17,6 +17,7 @@ class frmSysTray;
 class ucSideBar;
 class WindowBalloon;
 class ucCoolProg;
+class frmThumbnails;
 
 // The main window: a frame of child windows with the menus, the toolbar, the side bar, the
 // status strip and the tray icon. It routes commands to the active child window by name.
@@ -110,6 +111,16 @@ private:
     void ShowTipOfTheDay();
     void RebuildRecentMenu();
     void UpdateCommandStates();
+    void UpdateUndoEntry();
+    void RestoreAllDefaults();
+    // Opens the workshop on the current picture.
+    void OpenWorkshop();
+    // The gallery, opened when it is not.
+    frmThumbnails* Gallery();
+    // A gallery with the albums menu on its toolbar.
+    QWidget* NewGallery();
+    // The selected pictures of the active window, else the current picture.
+    QStringList ChosenPictures() const;
     void RestoreChildCommands();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();
@@ -127,6 +138,7 @@ private:
     WindowBalloon* m_balloon = nullptr;
     QPointer<QWidget> m_help;
     QPointer<QWidget> m_about;
+    QPointer<QWidget> m_workshop;
     RecentList m_recent;
     QPointer<QObject> m_myEnabled;
     QString m_greeting;

@@ -384,7 +384,7 @@ bool inTrashFolder(const QString& trashed)
 
 // The home trash by hand, for a file on another file system than the trash: a complete copy
 // with its .trashinfo, and only then the file itself goes.
-bool copyToHomeTrash(const QString& path, QString& why)
+bool copyToHomeTrash(const QString& path, QString& why, QString& placed)
 {
     const QString trash =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Trash";
@@ -423,6 +423,7 @@ bool copyToHomeTrash(const QString& path, QString& why)
         if (!writeTrashInfo(infoPath, path)) {
             why = QStringLiteral("Cannot write %1.").arg(quoted(infoPath));
         } else if (!injected(QStringLiteral("delete"), path, why) && removeFile(path, why)) {
+            placed = filesPath;
             return true;
         }
         QFile::remove(filesPath);
@@ -507,7 +508,7 @@ QString DeleteQuestion(int count)
            (one ? QString() : QStringLiteral("s")) + QStringLiteral("?");
 }
 
-bool MoveToTrash(const QString& path, QString* reason)
+bool MoveToTrash(const QString& path, QString* reason, QString* placedAt)
 {
     QString why;
     const QFileInfo source(path);
@@ -524,6 +525,8 @@ bool MoveToTrash(const QString& path, QString* reason)
             const QString infoPath = QFileInfo(trashed).dir().absoluteFilePath(
                 "../info/" + QFileInfo(trashed).fileName() + ".trashinfo");
             writeTrashInfo(QDir::cleanPath(infoPath), source.absoluteFilePath());
+            if (placedAt)
+                *placedAt = QFileInfo(trashed).absoluteFilePath();
             return true;
         }
         // Landed somewhere that is no trash: undo, then trash by hand below.
@@ -541,10 +544,74 @@ bool MoveToTrash(const QString& path, QString* reason)
         QDir().rmdir(strayInfo);
     }
     // QFile::moveToTrash only renames, so a file on another file system is copied instead.
-    if (copyToHomeTrash(path, why))
+    QString placed;
+    if (copyToHomeTrash(path, why, placed)) {
+        if (placedAt)
+            *placedAt = placed;
         return true;
+    }
     tell(reason, why);
     return false;
+}
+
+QString MoveTo(const QString& from, const QString& to, QString* reason)
+{
+    const QFileInfo dest(to);
+    const QString folder = dest.absolutePath() + u'/';
+    QString why = unusableSource(from, true);
+    if (why.isEmpty()) {
+        QString target = UniqueTarget(folder, dest.fileName());
+        if (!injected(QStringLiteral("rename"), target, why) && renameNoReplace(from, target, why))
+            return target;
+        // Another file system: a complete copy first, and only then the file goes.
+        const bool asLink = QFileInfo(from).isSymLink();
+        const QString temp = temporaryIn(from, folder, asLink, why);
+        if (!temp.isEmpty()) {
+            if (!injected(QStringLiteral("delete"), from, why) && removeFile(from, why)) {
+                target = UniqueTarget(folder, dest.fileName());
+                if (!injected(QStringLiteral("rename"), target, why) &&
+                    renameNoReplace(temp, target, why))
+                    return target;
+                restore(temp, from, asLink, why);
+            } else {
+                QFile::remove(temp);
+            }
+        }
+    }
+    tell(reason, why);
+    return {};
+}
+
+QString RestoreFromTrash(const QString& trashed, const QString& fallback, QString* reason)
+{
+    const QFileInfo file(trashed);
+    const QString infoPath =
+        QDir::cleanPath(file.absolutePath() + "/../info/" + file.fileName() + ".trashinfo");
+    QString original = fallback;
+    QFile info(infoPath);
+    if (info.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : info.readAll().split('\n')) {
+            if (line.startsWith("Path=")) {
+                const QString path = QFile::decodeName(QByteArray::fromPercentEncoding(line.mid(5).trimmed()));
+                if (QFileInfo(path).isAbsolute())
+                    original = path;
+                break;
+            }
+        }
+        info.close();
+    }
+    if (!file.exists() && !file.isSymLink()) {
+        tell(reason, QStringLiteral("%1 is no longer in the trash.").arg(quoted(file.fileName())));
+        return {};
+    }
+    if (!QDir().mkpath(QFileInfo(original).absolutePath())) {
+        tell(reason, QStringLiteral("Cannot create the folder of %1.").arg(quoted(original)));
+        return {};
+    }
+    const QString restored = MoveTo(trashed, original, reason);
+    if (!restored.isEmpty())
+        QFile::remove(infoPath);
+    return restored;
 }
 
 PasteResult Paste(const FilesFound& list, const QString& folder,
@@ -580,8 +647,10 @@ PasteResult Paste(const FilesFound& list, const QString& folder,
             result.reason = why;
             break;
         }
-        if (!added.isEmpty())
+        if (!added.isEmpty()) {
             result.added << added;
+            result.sources << source;
+        }
     }
     return result;
 }

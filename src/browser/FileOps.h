@@ -36,12 +36,24 @@ QString DeleteTitle();
 QString DeleteQuestion(int count);
 
 // Moves path to the desktop trash, with a .trashinfo so file managers can restore it. On
-// failure the file stays where it is.
-bool MoveToTrash(const QString& path, QString* reason = nullptr);
+// failure the file stays where it is. trashed, when given, receives where the file now lies.
+bool MoveToTrash(const QString& path, QString* reason = nullptr, QString* trashed = nullptr);
+
+// Moves a file that MoveToTrash put at trashed back where its .trashinfo says it came from
+// (fallback when the info is gone or unreadable), under a "Copy Of " name when that place is
+// taken. Returns the path it was restored to, or empty (the file stays in the trash).
+QString RestoreFromTrash(const QString& trashed, const QString& fallback,
+                         QString* reason = nullptr);
+
+// Moves from to the path to, or to the first free "Copy Of " name beside it when to is taken;
+// across file systems through a complete copy first. Returns the path the file now has, or
+// empty when it stayed where it was.
+QString MoveTo(const QString& from, const QString& to, QString* reason = nullptr);
 
 struct PasteResult
 {
     QStringList added;     // file names added to the target folder, in order
+    QStringList sources;   // the full source path of each added name
     QStringList unghosted; // names of a same-folder cut, to un-ghost
     bool ok = true;
     QString failedName; // the source name the paste stopped at

@@ -2,6 +2,7 @@
 
 #include "browser/DesktopClipboard.h"
 #include "browser/FileOps.h"
+#include "browser/FileUndo.h"
 #include "browser/ucPictureList.h"
 #include "common/AppGlobals.h"
 #include "common/MsgBox.h"
@@ -13,6 +14,7 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QPersistentModelIndex>
+#include <QPointer>
 #include <QScopeGuard>
 #include <QStandardItemModel>
 
@@ -92,6 +94,14 @@ frmMyImages::frmMyImages(QWidget* parent)
 
 frmMyImages::~frmMyImages() = default;
 
+QStringList frmMyImages::SelectedFiles() const
+{
+    QStringList files;
+    for (int row : lvList()->selectedRows())
+        files << PathOf(row);
+    return files;
+}
+
 // Rename ----------------------------------------------------------------------------------
 
 void frmMyImages::RenameImage()
@@ -124,6 +134,10 @@ void frmMyImages::renameRow(int row, const QString& typed)
         return;
     }
     list->setText(row, name);
+    FileUndo::Renamed(CurrentPath(), old, name, [window = QPointer(this)](const QString&) {
+        if (window)
+            window->RefreshMe();
+    });
     const QPersistentModelIndex renamed(list->model()->index(row, 0));
     const bool wasRemembered = RememberedRow() == row;
     // Sorting the row in moves it under the closing editor: that waits too.
@@ -159,6 +173,8 @@ void frmMyImages::DeleteItems()
     for (int row : rows)
         doomed.emplace_back(list->model()->index(row, 0));
     QStringList failures;
+    QStringList originals;
+    QStringList trashed;
     {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
@@ -167,20 +183,32 @@ void frmMyImages::DeleteItems()
                 continue;
             const QString name = index.data().toString();
             QString reason;
+            QString placed;
             // A file that cannot go keeps its row.
-            if (FileOps::MoveToTrash(CurrentPath() + name, &reason))
+            if (FileOps::MoveToTrash(CurrentPath() + name, &reason, &placed)) {
                 RemoveRow(index.row());
-            else
+                originals << CurrentPath() + name;
+                trashed << placed;
+            } else
                 failures.append(name + QStringLiteral(" (") + reason + u')');
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         }
     }
+    FileUndo::Trashed(originals, trashed, refresher());
     ShowCount();
     if (!failures.isEmpty())
         MsgBox::Tell(this, FileOps::DeleteTitle(), trashFailedText(failures), QMessageBox::Warning);
     const int next = PictureListRules::RowAfterDelete(recorded, list->count());
     if (next >= 0)
         SelectItem(next);
+}
+
+std::function<void()> frmMyImages::refresher()
+{
+    return [window = QPointer(this)] {
+        if (window)
+            window->RefreshMe();
+    };
 }
 
 // Cut, copy and paste ---------------------------------------------------------------------
@@ -245,6 +273,7 @@ void frmMyImages::PasteImages()
             const FileOps::PasteResult result =
                 FileOps::Paste(lists[stoppedIn], CurrentPath(), confirmReplace);
             all.added += result.added;
+            all.sources += result.sources;
             all.unghosted += result.unghosted;
             if (!result.ok) {
                 all.ok = false;
@@ -254,6 +283,11 @@ void frmMyImages::PasteImages()
             }
         }
     }
+
+    QStringList targets;
+    for (const QString& name : std::as_const(all.added))
+        targets << CurrentPath() + name;
+    FileUndo::Pasted(cut, all.sources, targets, refresher());
 
     ucPictureList* list = lvList();
     for (const QString& name : std::as_const(all.added))

@@ -2,6 +2,7 @@
 
 #include "browser/PictureListWindow.h"
 
+#include <functional>
 #include <memory>
 
 class FilesFound;
@@ -26,6 +27,8 @@ public:
     // Pastes into the current folder what a file manager put on the desktop clipboard, or
     // else the clipboard list.
     Q_INVOKABLE void PasteImages();
+    // The full paths of the selected pictures, in list order.
+    Q_INVOKABLE QStringList SelectedFiles() const;
 
     // The clipboard list; null before any cut or copy, and after a cut has been pasted.
     const FilesFound* ClipboardList() const { return m_clipboard.get(); }
@@ -35,6 +38,8 @@ protected:
 
 private:
     void renameRow(int row, const QString& typed);
+    // Lists the folder again when an undo has put files back, if this window is still open.
+    std::function<void()> refresher();
 
     std::unique_ptr<FilesFound> m_clipboard;
 };

@@ -2,6 +2,8 @@
 
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "app/UndoLog.h"
+#include "browser/FileUndo.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/MsgBox.h"
@@ -35,6 +37,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 #include <QToolBar>
 #include <QtConcurrent/QtConcurrentRun>
@@ -315,6 +318,24 @@ void frmThumbnails::ShowPictures(const QStringList& pictures)
 QString frmThumbnails::FileOf(int index) const
 {
     return index >= 0 && index < int(m_cells.size()) ? m_cells[size_t(index)].path : QString();
+}
+
+QStringList frmThumbnails::SelectedFiles() const
+{
+    QStringList files;
+    for (int i = 0; i < int(m_cells.size()) && i < m_grid->count(); ++i)
+        if (m_grid->isChecked(i) && !m_grid->isCellHidden(i))
+            files << m_cells[size_t(i)].path;
+    return files;
+}
+
+QStringList frmThumbnails::CollectionFiles() const
+{
+    QStringList files;
+    for (int i = 0; i < int(m_cells.size()) && i < m_grid->count(); ++i)
+        if (!m_grid->isCellHidden(i))
+            files << m_cells[size_t(i)].path;
+    return files;
 }
 
 bool frmThumbnails::PassRunning() const
@@ -631,6 +652,14 @@ void frmThumbnails::DeleteItems()
         select(next);
     m_count = qMax(0, m_count - 1);
     showImagesCount();
+    UndoLog::global().Record(QStringLiteral("Remove Thumbnail"), [gallery = QPointer(this), file] {
+        if (!gallery)
+            return UndoLog::Outcome{false, QStringLiteral("The gallery that showed ") +
+                                               Utilities::FileNameOf(file) +
+                                               QStringLiteral(" has been closed.")};
+        gallery->showRemoved(file);
+        return UndoLog::Outcome{};
+    });
     QCoreApplication::processEvents();
 
     if (shift && Globals().option(3)) {
@@ -641,6 +670,8 @@ void frmThumbnails::DeleteItems()
             MsgBox::Tell(this, QStringLiteral("Lumbra - Delete Files"),
                          QStringLiteral("The file could not be deleted:\r") + QDir::toNativeSeparators(file),
                          QMessageBox::Warning);
+        else if (answer == QMessageBox::Yes)
+            UndoLog::global().Forget(QStringLiteral("Nothing to undo: a file deleted for good cannot be brought back."));
     }
     m_lastKey = 0;
 }
@@ -673,11 +704,39 @@ void frmThumbnails::RenameImage()
                      QMessageBox::Warning);
         return;
     }
-    Cell& cell = m_cells[size_t(m_current)];
-    cell.path = target;
-    if (Globals().option(13))
-        m_grid->setCaption(m_current, captionOf(Utilities::FileNameOf(target)));
-    select(m_current);
+    FileUndo::Renamed(folder, name, Utilities::FileNameOf(target),
+                      [gallery = QPointer(this), target](const QString& restored) {
+                          if (gallery)
+                              gallery->cellRenamed(target, restored);
+                      });
+    cellRenamed(full, target);
+}
+
+void frmThumbnails::cellRenamed(const QString& from, const QString& to)
+{
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        if (m_cells[i].path != from)
+            continue;
+        m_cells[i].path = to;
+        if (Globals().option(13))
+            m_grid->setCaption(int(i), captionOf(Utilities::FileNameOf(to)));
+        if (int(i) == m_current)
+            select(m_current);
+    }
+}
+
+void frmThumbnails::showRemoved(const QString& path)
+{
+    // After a reload the picture shows anyway; only a cell still hidden needs bringing back.
+    for (size_t i = 0; i < m_cells.size(); ++i) {
+        if (m_cells[i].path == path && m_grid->isCellHidden(int(i))) {
+            m_grid->setCellHidden(int(i), false);
+            ++m_count;
+            showImagesCount();
+            select(int(i));
+            return;
+        }
+    }
 }
 
 void frmThumbnails::DroppedOLE(const QList<QUrl>& files)

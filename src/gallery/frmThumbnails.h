@@ -62,6 +62,11 @@ public:
     // Opens the thumbnail size dialog for this gallery.
     Q_INVOKABLE void ChooseSize();
 
+    // The full paths of the checked pictures still shown, in display order.
+    Q_INVOKABLE QStringList SelectedFiles() const;
+    // The full paths of every picture shown, in display order.
+    QStringList CollectionFiles() const;
+
     // A collection holds pictures the user gathered; a folder view follows the address bar.
     bool CollectionMode() const { return m_collection; }
     void setCollectionMode(bool collection);
@@ -124,6 +129,10 @@ private:
     void applySplitter(int twips);
     void splitterReleased();
     void showImagesCount();
+    // The cell of picture from now shows to (a rename, or its undoing).
+    void cellRenamed(const QString& from, const QString& to);
+    // Brings back the thumbnail of path that DeleteItems removed.
+    void showRemoved(const QString& path);
     bool keyEvent(QWidget* target, QKeyEvent* event, bool down);
 
     // One cell of the grid, in display order.

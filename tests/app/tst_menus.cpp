@@ -1,10 +1,15 @@
+#include "DialogAnswers.h"
 #include "TestWorld.h"
 
 #include "app/MainMenus.h"
 #include "app/MenuTable.h"
+#include "app/RestoreDefaults.h"
+#include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "app/UndoLog.h"
 #include "app/mdiMain.h"
 #include "common/AppGlobals.h"
+#include "common/MsgBox.h"
 #include "viewing/frmImageProps.h"
 
 #include <QAction>
@@ -16,6 +21,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QTimer>
 
 // A child window that records the operations the main window calls on it.
@@ -325,6 +331,69 @@ private Q_SLOTS:
         // Viewing it makes it the newest entry.
         QCOMPARE(SettingsStore::global().read("mdiMain", "File_Recent_0"), QStringLiteral("/pics/trip/beach.jpg"));
         QCOMPARE(first->text(), QStringLiteral("&1 beach.jpg"));
+    }
+
+    void undoEntryFollowsTheLog()
+    {
+        auto main = makeMain();
+        QAction* undo = main->Menus()->Action("mnuEdit", 1);
+        UndoLog::global().Forget(QStringLiteral("Nothing yet."));
+        QVERIFY(!undo->isEnabled());
+        QCOMPARE(undo->toolTip(), QStringLiteral("Nothing yet."));
+
+        int undone = 0;
+        UndoLog::global().Record(QStringLiteral("Rename"), [&undone] {
+            ++undone;
+            return UndoLog::Outcome{};
+        });
+        QVERIFY(undo->isEnabled());
+        QCOMPARE(undo->toolTip(), QStringLiteral("Undo Rename"));
+        undo->trigger();
+        undo->trigger();
+        QCOMPARE(undone, 1);
+        QVERIFY(!undo->isEnabled());
+        QVERIFY(undo->toolTip().contains(QStringLiteral("Rename")));
+    }
+
+    void restoresDefaultsWhenConfirmed_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("restored");
+        QTest::newRow("yes: every setting back to its default") << int(QMessageBox::Yes) << true;
+        QTest::newRow("no: nothing changes") << int(QMessageBox::No) << false;
+    }
+
+    void restoresDefaultsWhenConfirmed()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, restored);
+        auto main = makeMain();
+        SettingsStore& store = SettingsStore::global();
+        store.write(Keys::Option(11), 0);
+        store.write(Keys::MyColor, 255);
+        store.write(QStringLiteral("frmThumbnails"), QStringLiteral("ThumbSize"), 3);
+        Globals().Options[11] = 0;
+        Globals().MyColor = 255;
+        Globals().CurrentPicture = QStringLiteral("/pics/beach.jpg");
+        main->ProposeRecent(QStringLiteral("/pics/beach.jpg"));
+        addChild(*main, new QWidget, QStringLiteral("frmThumbnails"));
+
+        DialogAnswers answers({QMessageBox::StandardButton(answer)});
+        main->mnuStuff_Click(5);
+        QCOMPARE(answers.seen, QStringList{RestoreDefaults::Title() + u'|' +
+                                           MsgBox::Lines(RestoreDefaults::Question())});
+
+        QCOMPARE(main->Area()->subWindowList().isEmpty(), restored);
+        QCOMPARE(store.contains(QStringLiteral("frmThumbnails"), QStringLiteral("ThumbSize")), !restored);
+        QCOMPARE(Globals().MyColor, restored ? 12648384L : 255L);
+        QCOMPARE(Globals().option(11), restored);
+        QCOMPARE(main->Recent().Item(0).isEmpty(), restored);
+        QCOMPARE(Globals().CurrentPicture, QStringLiteral("/pics/beach.jpg"));
+        store.flush();
+        // The next start reads none of the old values back.
+        QSettings file(store.filePath(), QSettings::IniFormat);
+        for (const char* key : {"MyColor", "Options_11", "frmThumbnails/ThumbSize", "mdiMain/Dimensions0"})
+            QVERIFY2(file.contains(key) != restored, key);
     }
 };
 
