@@ -1,6 +1,8 @@
 #include "TestWorld.h"
 
 #include "app/frmGoodbye.h"
+#include "app/MainMenus.h"
+#include "app/MenuTable.h"
 #include "app/frmHelp.h"
 #include "app/frmSplash.h"
 
@@ -37,6 +39,22 @@ void collectAnchors(const QTextDocument& document, QSet<QString>& names, QString
                 links.append(format.anchorHref().mid(1));
         }
     }
+}
+
+// The text of each section that starts at one of anchors, heading included, by anchor.
+QHash<QString, QString> sectionTexts(const QTextDocument& document, const QSet<QString>& anchors)
+{
+    QHash<QString, QString> texts;
+    QString current;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment)
+            for (const QString& name : fragment.fragment().charFormat().anchorNames())
+                if (anchors.contains(name))
+                    current = name;
+        if (!current.isEmpty())
+            texts[current] += block.text() + u'\n';
+    }
+    return texts;
 }
 
 } // namespace
@@ -114,12 +132,23 @@ private slots:
         QStringList links;
         collectAnchors(*text->document(), anchors, links);
         QVERIFY(topics->count() > 5);
+        QSet<QString> listed;
         for (int row = 0; row < topics->count(); ++row) {
             const QString anchor = topics->item(row)->data(Qt::UserRole).toString();
             QVERIFY2(anchors.contains(anchor), qPrintable(QStringLiteral("topic #") + anchor));
+            listed.insert(anchor);
         }
+        // Every topic has text of its own beyond its heading, and every link leads to a topic.
+        const QHash<QString, QString> sections = sectionTexts(*text->document(), listed);
+        for (const QString& anchor : std::as_const(listed)) {
+            const QString section = sections.value(anchor).trimmed();
+            const qsizetype heading = section.indexOf(u'\n');
+            QVERIFY2(heading > 0 && section.size() - heading > 80,
+                     qPrintable(QStringLiteral("topic #") + anchor + QStringLiteral(" is empty")));
+        }
+        QVERIFY(!links.isEmpty());
         for (const QString& link : std::as_const(links))
-            QVERIFY2(anchors.contains(link), qPrintable(QStringLiteral("link to #") + link));
+            QVERIFY2(listed.contains(link), qPrintable(QStringLiteral("link to #") + link));
 
         help.show();
         QVERIFY(QTest::qWaitForWindowExposed(&help));
@@ -130,6 +159,36 @@ private slots:
         help.ShowTopic(QString());
         QCOMPARE(topics->currentRow(), 0);
         QCOMPARE(text->verticalScrollBar()->value(), 0);
+        help.ShowTopic(QStringLiteral("about"));
+        QCOMPARE(topics->currentItem()->data(Qt::UserRole).toString(), QStringLiteral("about"));
+        help.ShowTopic(QStringLiteral("no-such-topic"));
+        QCOMPARE(topics->currentRow(), 0);
+        QCOMPARE(text->verticalScrollBar()->value(), 0);
+    }
+
+    void helpNamesEveryCommand()
+    {
+        frmHelp help;
+        const QString page = help.findChild<QTextBrowser*>()->toPlainText();
+        // Entries the main window hides, and the pop-ups' own names, are not commands.
+        const QStringList notCommands = {QStringLiteral("Internet Explorer\u00AE Background"),
+                                         QStringLiteral("Internet Explorer")};
+        QStringList captions;
+        for (const MenuTable::Array& array : MenuTable::Arrays()) {
+            if (array.name == MenuTable::Popups)
+                continue;
+            for (const MenuTable::Entry& entry : array.entries)
+                if (!MainMenus::IsTitle(array.name, entry.index))
+                    captions << QString(entry.caption).remove(u'&').trimmed();
+        }
+        for (const MenuTable::ToolButton& button : MenuTable::ToolbarButtons())
+            captions << button.text;
+        for (const QString& caption : std::as_const(captions)) {
+            if (caption.isEmpty() || caption == QLatin1String("-") || notCommands.contains(caption))
+                continue;
+            QVERIFY2(page.contains(caption, Qt::CaseInsensitive),
+                     qPrintable(QStringLiteral("the help never names ") + caption));
+        }
     }
 
     void iconsRender_data()
