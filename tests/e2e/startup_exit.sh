@@ -8,44 +8,9 @@ set -uo pipefail
 lumbra=${1:?usage: startup_exit.sh PATH/TO/lumbra}
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
-for tool in Xvfb xdotool; do
-  if ! command -v "$tool" >/dev/null; then
-    echo "SKIP: $tool is not installed"
-    exit 77
-  fi
-done
-
-failures=0
-fail() {
-  echo "FAIL: $*" >&2
-  failures=$((failures + 1))
-}
-
-world=$(mktemp -d)
-app_pid=
-source "$here/xvfb.sh"
-cleanup() {
-  if [[ -n "$app_pid" ]]; then
-    kill -KILL "$app_pid" 2>/dev/null
-    wait "$app_pid" 2>/dev/null
-  fi
-  lumbra_stop_xvfb
-  rm -rf "$world"
-}
-trap cleanup EXIT
-trap 'exit 1' INT TERM
-
-# A world of its own: never the real home, settings or caches.
-export HOME="$world/home"
-export XDG_CONFIG_HOME="$world/config"
-export XDG_CACHE_HOME="$world/cache"
-export XDG_DATA_HOME="$world/data"
-export XDG_RUNTIME_DIR="$world/runtime"
-export LUMBRA_HOME="$world/lumbra"
-export DBUS_SESSION_BUS_ADDRESS="unix:path=$world/no-bus"
-unset WAYLAND_DISPLAY SESSION_MANAGER
-mkdir -p "$HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_DATA_HOME" "$LUMBRA_HOME"
-mkdir -m 700 "$XDG_RUNTIME_DIR"
+source "$here/common.sh"
+lumbra_need_tools Xvfb xdotool
+lumbra_make_world
 
 # --- command line (no display needed) ---
 run_cli() { # run_cli NAME ARGS...: sets out, err, status
@@ -85,53 +50,9 @@ lumbra_start_xvfb "$world/x" || {
   exit 1
 }
 
-QT_QPA_PLATFORM=xcb "$lumbra" "$pictures" >"$world/app.out" 2>"$world/app.err" &
-app_pid=$!
-
-show_app_output() {
-  echo "--- lumbra stdout ---" >&2
-  cat "$world/app.out" >&2
-  echo "--- lumbra stderr ---" >&2
-  cat "$world/app.err" >&2
-}
-
-# Wait up to 60 s for the main window, but not once the program has ended.
-wid=
-deadline=$((SECONDS + 60))
-while ((SECONDS < deadline)); do
-  wid=$(lumbra_main_window)
-  [[ -n "$wid" ]] && break
-  kill -0 "$app_pid" 2>/dev/null || break
-  sleep 0.2
-done
-if [[ -z "$wid" ]]; then
-  if kill -0 "$app_pid" 2>/dev/null; then
-    fail "no visible window named \"Lumbra\" within 60 s"
-  else
-    fail "lumbra ended before showing a window named \"Lumbra\""
-  fi
-  show_app_output
-  exit 1
-fi
-
-# There is no window manager: give the main window the keyboard focus directly. Start-up
-# may still replace the window (a changed window flag makes a new one) or take the focus
-# away, so find it again each time and go on once the same window has kept the focus.
-focused=
-for ((i = 0; i < 30; i++)); do
-  wid=$(lumbra_main_window) || { sleep 0.5; continue; }
-  xdotool windowfocus "$wid" 2>/dev/null
-  sleep 0.5
-  if [[ "$(xdotool getwindowfocus 2>/dev/null)" == "$wid" && "$(lumbra_main_window)" == "$wid" ]]; then
-    if [[ "$focused" == "$wid" ]]; then
-      break
-    fi
-    focused=$wid
-  else
-    focused=
-  fi
-done
-[[ -n "$focused" ]] || fail "could not give the main window the keyboard focus"
+lumbra_launch "$pictures"
+lumbra_wait_main_window 60 || exit 1
+lumbra_focus_main_window
 
 # --- three screenshots from Stuff > ScreenShot! ---
 # The first is ScreenShot.bmp; the next two each replace ScreenShot(1).bmp. Every one is a
@@ -169,23 +90,12 @@ xdotool key alt+f
 sleep 0.5
 xdotool key e
 
-status=
-deadline=$((SECONDS + 15))
-while ((SECONDS < deadline)); do
-  if ! kill -0 "$app_pid" 2>/dev/null; then
-    wait "$app_pid"
-    status=$?
-    app_pid=
-    break
-  fi
-  sleep 0.1
-done
-if [[ -z "$status" ]]; then
+if ! lumbra_wait_exit 15; then
   fail "lumbra did not exit within 15 s of File > Exit"
-  show_app_output
+  lumbra_show_app_output
   exit 1
 fi
-((status == 0)) || { fail "lumbra exited with status $status after File > Exit"; show_app_output; }
+((app_status == 0)) || { fail "lumbra exited with status $app_status after File > Exit"; lumbra_show_app_output; }
 
 ini="$XDG_CONFIG_HOME/Lumbra/Lumbra.ini"
 if [[ ! -f "$ini" ]]; then
@@ -196,8 +106,4 @@ elif ! grep -q '^WindowState=' "$ini"; then
   cat "$ini" >&2
 fi
 
-if ((failures > 0)); then
-  echo "$failures check(s) failed" >&2
-  exit 1
-fi
-echo "PASS"
+lumbra_finish
