@@ -1,5 +1,6 @@
 #include "app/frmAbout.h"
 
+#include "common/AccentBand.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/Utilities.h"
@@ -22,17 +23,8 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent)
     setAttribute(Qt::WA_QuitOnClose, false);
 
     // The icon stands on the user's accent colour, as the splash window does.
-    auto* band = new QFrame(this);
-    QPalette bandColours = band->palette();
-    bandColours.setColor(QPalette::Window, Formats::colorFromBgr(Globals().MyColor));
-    band->setPalette(bandColours);
-    band->setAutoFillBackground(true);
-    auto* icon = new QLabel(band);
-    icon->setPixmap(QIcon(QStringLiteral(":/icons/lumbra.svg")).pixmap(80, 80));
-    auto* bandLayout = new QVBoxLayout(band);
-    bandLayout->setContentsMargins(18, 18, 18, 18);
-    bandLayout->addWidget(icon);
-    bandLayout->addStretch();
+    QFrame* band = AccentBand::Make(this, QStringLiteral(":/icons/lumbra.svg"), 80, 18);
+    auto* bandLayout = static_cast<QVBoxLayout*>(band->layout());
     auto* smiley = new ucSmiley_Wink(band);
     smiley->setFixedSize(40, 40);
     bandLayout->addWidget(smiley, 0, Qt::AlignHCenter);

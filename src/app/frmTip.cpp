@@ -2,6 +2,7 @@
 
 #include "app/SettingsStore.h"
 #include "app/TipRules.h"
+#include "common/AccentBand.h"
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/Utilities.h"
@@ -37,17 +38,7 @@ frmTip::frmTip(QWidget* parent) : QDialog(parent)
     setAttribute(Qt::WA_QuitOnClose, false);
 
     // The bulb stands on the user's accent colour, as in the about window.
-    auto* band = new QFrame(this);
-    QPalette bandColours = band->palette();
-    bandColours.setColor(QPalette::Window, Formats::colorFromBgr(Globals().MyColor));
-    band->setPalette(bandColours);
-    band->setAutoFillBackground(true);
-    auto* bulb = new QLabel(band);
-    bulb->setPixmap(QIcon(QStringLiteral(":/icons/tip.svg")).pixmap(48, 48));
-    auto* bandLayout = new QVBoxLayout(band);
-    bandLayout->setContentsMargins(14, 14, 14, 14);
-    bandLayout->addWidget(bulb);
-    bandLayout->addStretch(1);
+    QFrame* band = AccentBand::Make(this, QStringLiteral(":/icons/tip.svg"), 48, 14);
 
     auto* panel = new QFrame(this);
     panel->setBackgroundRole(QPalette::Base);
