@@ -17,9 +17,14 @@ QString FilePath(const QString& programFolder)
 
 QString InstalledCopy()
 {
+    // Installed, the file is in share/lumbra; in a build folder it lies beside the program.
     const QDir exe(QCoreApplication::applicationDirPath());
-    const QString installed = exe.filePath(QStringLiteral("../share/lumbra/TIPOFDAY.TXT"));
-    return QFileInfo::exists(installed) ? QDir::cleanPath(installed) : QString();
+    for (const char* relative : {"../share/lumbra/TIPOFDAY.TXT", "TIPOFDAY.TXT"}) {
+        const QString candidate = QDir::cleanPath(exe.filePath(QLatin1String(relative)));
+        if (QFileInfo::exists(candidate))
+            return candidate;
+    }
+    return {};
 }
 
 bool ProvideCopy(const QString& path, const QString& source)

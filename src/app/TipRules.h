@@ -15,8 +15,8 @@ inline constexpr int ScrollBarFrom = 216;
 
 // The program folder followed by "TIPOFDAY.TXT".
 QString FilePath(const QString& programFolder);
-// The tips that were installed with the program (share/lumbra beside its bin folder); empty
-// when there are none.
+// The tips shipped with the program (share/lumbra beside its bin folder when installed, the
+// program's own folder in a build); empty when there are none.
 QString InstalledCopy();
 // Gives a program folder of the user's own the installed tips the first time: copies source
 // to path when path is missing. True when it copied.
