@@ -153,12 +153,7 @@ frmSlideshow_FS::~frmSlideshow_FS() = default;
 
 void frmSlideshow_FS::Load()
 {
-    QScreen* screen = QGuiApplication::primaryScreen();
-    if (QWidget* main = PictureWindows::MainWindow(); main && main->screen())
-        screen = main->screen();
-    if (screen)
-        setGeometry(screen->geometry());
-    showFullScreen();
+    PictureWindows::ShowFullScreen(this);
     PictureWindows::KeepAbove(this);
     // The first slide is decoded for the size it is shown at, so the layout has to be done now.
     layout()->activate();

@@ -5,10 +5,12 @@
 #include "viewing/frmViewImage.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QScreen>
 
 #include <memory>
 #include <vector>
@@ -142,6 +144,16 @@ void PrepareMainForFullScreen(bool entering)
         main->hide();
     else
         main->show();
+}
+
+void ShowFullScreen(QWidget* window)
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (QWidget* main = MainWindow(); main && main->screen())
+        screen = main->screen();
+    if (screen)
+        window->setGeometry(screen->geometry());
+    window->showFullScreen();
 }
 
 void KeepAbove(QWidget* window)

@@ -41,6 +41,9 @@ void CloseActivePictureWindow();
 void PrepareMainForFullScreen(bool entering);
 // Brings a top-level window to the front and gives it the focus.
 void KeepAbove(QWidget* window);
+// Shows window full screen on the screen the main window is on, covering it also where no
+// window manager carries out the full-screen request.
+void ShowFullScreen(QWidget* window);
 
 // For the picture window: its file no longer has a window.
 void Forget(const QString& path);

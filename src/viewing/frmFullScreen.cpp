@@ -84,14 +84,7 @@ void frmFullScreen::setImageFile(const QString& file)
 void frmFullScreen::Load()
 {
     PictureWindows::KeepAbove(this);
-    // Covers the screen the main window is on, also where no window manager carries out the
-    // full-screen request.
-    QScreen* screen = QGuiApplication::primaryScreen();
-    if (QWidget* main = PictureWindows::MainWindow(); main && main->screen())
-        screen = main->screen();
-    if (screen)
-        setGeometry(screen->geometry());
-    showFullScreen();
+    PictureWindows::ShowFullScreen(this);
     PictureWindows::KeepAbove(this);
     QCoreApplication::processEvents();
     ucImage->setFileName(Globals().CurrentPicture);
