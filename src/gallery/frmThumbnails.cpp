@@ -176,6 +176,9 @@ void frmThumbnails::buildWindow()
     m_selected = new QLabel(pane);
     m_selected->setObjectName(QStringLiteral("lblSelected"));
     m_selected->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // A long name must not widen the side bar: the grid would move under the pointer between
+    // the two clicks of a double click and open the picture beside the one clicked.
+    m_selected->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_preview = new ucImgPreview(pane);
     m_preview->setObjectName(QStringLiteral("ucPreview"));
     m_preview->setMinimumSize(60, 60);
@@ -591,6 +594,7 @@ void frmThumbnails::select(int index)
         m_current = index;
         m_selected->setText(Utilities::FileNameOf(path) + QStringLiteral(" (Item ") + QString::number(index + 1) +
                             QLatin1Char(')'));
+        m_selected->setToolTip(m_selected->text());
         m_preview->setFileName(path);
     }
     m_busy = false;
