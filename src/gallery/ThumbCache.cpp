@@ -401,8 +401,7 @@ bool write(const QString& path, const FileFacts& facts, const QImage& picture,
     const QSize box(edge(flavour), edge(flavour));
     const QSize target = PictureLoader::FitSize(picture.size(), box, false);
     const QImage scaled = target == picture.size() ? picture
-                                                   : picture.scaled(target, Qt::IgnoreAspectRatio,
-                                                                    Qt::SmoothTransformation);
+                                                   : PictureLoader::SmoothScaled(picture, target);
     const QString file = absolute(path);
     return save(thumbnailPath(file, flavour),
                 encodePng(scaled, textsFor(file, facts, naturalSize)));

@@ -65,8 +65,7 @@ QImage fitted(const QImage& image, const QSize& naturalSize, const QSize& box)
     const QSize target =
         PictureLoader::FitSize(naturalSize.isValid() ? naturalSize : image.size(), box, false);
     const QImage scaled = target == image.size() ? image
-                                                 : image.scaled(target, Qt::IgnoreAspectRatio,
-                                                                Qt::SmoothTransformation);
+                                                 : PictureLoader::SmoothScaled(image, target);
     return scaled.convertToFormat(scaled.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                            : QImage::Format_RGB32);
 }

@@ -1,5 +1,7 @@
 #include "imaging/PictureEdits.h"
 
+#include "imaging/PictureLoader.h"
+
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QPainter>
@@ -32,7 +34,7 @@ QImage PictureEdits::Apply(const QImage& original) const
             image = image.mirrored(false, true);
             break;
         case Kind::Resize:
-            image = image.scaled(edit.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            image = PictureLoader::SmoothScaled(image, edit.size);
             break;
         }
     }

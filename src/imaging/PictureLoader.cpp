@@ -371,7 +371,11 @@ LoadedPicture loadFromDevice(QIODevice& device, const QString& nameHint, const Q
     if (stored.isValid()) {
         result.naturalSize = turned ? stored.transposed() : stored;
         const QSize target = PictureLoader::FitSize(result.naturalSize, box, enlarge);
-        if (target != result.naturalSize && reader.supportsOption(QImageIOHandler::ScaledSize)) {
+        // The reader's own scaling would dither a 1-bit picture (see SmoothScaled).
+        const bool oneBit = reader.imageFormat() == QImage::Format_Mono ||
+                            reader.imageFormat() == QImage::Format_MonoLSB;
+        if (target != result.naturalSize && !oneBit &&
+            reader.supportsOption(QImageIOHandler::ScaledSize)) {
             decodeSize = turned ? target.transposed() : target;
             reader.setScaledSize(decodeSize);
         }
@@ -395,7 +399,7 @@ LoadedPicture loadFromDevice(QIODevice& device, const QString& nameHint, const Q
         result.naturalSize = image.size();
     const QSize target = PictureLoader::FitSize(result.naturalSize, box, enlarge);
     if (image.size() != target)
-        image = image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        image = PictureLoader::SmoothScaled(image, target);
     result.image = image;
     return result;
 }
@@ -474,6 +478,15 @@ QByteArray DetectFormat(QIODevice* device, const QString& nameHint)
 bool IsPictureFile(const QString& path)
 {
     return !formatFromSuffix(path).isEmpty();
+}
+
+QImage SmoothScaled(const QImage& image, const QSize& size)
+{
+    if (image.depth() != 1)
+        return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage wide = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                      : QImage::Format_RGB32);
+    return wide.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QSize FitSize(const QSize& naturalSize, const QSize& box, bool enlarge)

@@ -45,6 +45,10 @@ QByteArray DetectFormat(QIODevice* device, const QString& nameHint);
 // A format we read, judged by the file name's extension (cheap enough for whole folders).
 bool IsPictureFile(const QString& path);
 
+// image scaled smoothly to size. Qt dithers a 1-bit picture to black and white when it scales
+// it, whatever its two colours are, so such a picture is widened to 32 bits first.
+QImage SmoothScaled(const QImage& image, const QSize& size);
+
 // The size a picture of naturalSize is shown at inside box (see Load).
 QSize FitSize(const QSize& naturalSize, const QSize& box, bool enlarge);
 

@@ -265,8 +265,8 @@ void frmWorkshop::showResult()
         return;
     }
     const QSize box = m_picture->size().boundedTo(m_result.size());
-    m_picture->setPixmap(
-        QPixmap::fromImage(m_result.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    const QSize shown = m_result.size().scaled(box, Qt::KeepAspectRatio);
+    m_picture->setPixmap(QPixmap::fromImage(PictureLoader::SmoothScaled(m_result, shown)));
 }
 
 void frmWorkshop::resizeEvent(QResizeEvent* event)

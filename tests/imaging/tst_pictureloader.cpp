@@ -308,6 +308,34 @@ private slots:
         QCOMPARE(picture.naturalSize, natural);
     }
 
+    // A two-colour picture shown smaller keeps its own colours, not dithered black and white,
+    // whether it is scaled while reading, after reading, in a thumbnail or in the workshop.
+    void oneBitColoursKept_data()
+    {
+        QTest::addColumn<QString>("sample");
+        QTest::addColumn<QRgb>("colour"); // one of the picture's two colours
+        QTest::newRow("png palette") << QStringLiteral("pngsuite/png/basn3p01.png") << qRgb(0xee, 0xff, 0x22);
+        QTest::newRow("bmp palette") << QStringLiteral("bmpsuite/g/pal1bg.bmp") << qRgb(0x40, 0xa4, 0x9a);
+    }
+
+    void oneBitColoursKept()
+    {
+        QFETCH(QString, sample);
+        QFETCH(QRgb, colour);
+        const QString path = QStringLiteral(LUMBRA_SHARED_DIR "/corpora/") + sample;
+        const LoadedPicture picture = PictureLoader::Load(path, QSize(16, 16));
+        QVERIFY2(!picture.isNull(), qPrintable(picture.reason));
+        const QImage natural = PictureLoader::Load(path).image;
+        QCOMPARE(natural.depth(), 1);
+        for (const QImage& image : {picture.image, PictureLoader::SmoothScaled(natural, QSize(9, 9))}) {
+            int seen = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    seen += isNear(image.pixel(x, y), QColor(colour)) ? 1 : 0;
+            QVERIFY2(seen > 0, qPrintable(sample + QStringLiteral(" lost its colour when scaled")));
+        }
+    }
+
     // Metafiles go to the player, with or without the placeable header, whatever their name.
     void metafiles_data()
     {
