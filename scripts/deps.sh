@@ -18,9 +18,10 @@ LUMBRA_PACKAGES=(
   xvfb                       # virtual display for the end-to-end test and headless runs
   xauth                      # access cookie for that display
   xdotool                    # finds the window and types keys in the end-to-end test
+  openbox                    # a small window manager for the end-to-end tests
   imagemagick                # screenshot of the virtual display; test pictures
   poppler-utils              # pdfinfo, pdftoppm: the printing test reads its PDF back
-  x11-utils                  # xdpyinfo: waits until the virtual display answers
+  x11-utils                  # xdpyinfo, xprop, xwininfo: the virtual display and its windows
   fonts-dejavu-core          # a font, so windows draw text under Xvfb
   libglib2.0-bin             # gsettings: the wallpaper on GNOME, Cinnamon and MATE, and its test
   gsettings-desktop-schemas  # the GNOME background schema the wallpaper test writes

@@ -91,7 +91,7 @@ lumbra_wait_main_window() {
   return 1
 }
 
-# There is no window manager: give the main window the keyboard focus directly. Start-up
+# Give the main window the keyboard focus directly (a window manager may not). Start-up
 # may still replace the window (a changed window flag makes a new one) or take the focus
 # away, so find it again each time and go on once the same window has kept the focus.
 lumbra_focus_main_window() {

@@ -49,6 +49,7 @@ lumbra_start_xvfb "$world/x" || {
   echo "FAIL: no virtual display" >&2
   exit 1
 }
+lumbra_start_wm
 
 lumbra_launch "$pictures"
 lumbra_wait_main_window 60 || exit 1

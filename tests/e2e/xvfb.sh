@@ -2,7 +2,9 @@
 # Starts and stops a private virtual X display. Source this file, then:
 #   lumbra_start_xvfb DIR   starts Xvfb on a free display number with an access cookie
 #                           kept in DIR; exports DISPLAY and XAUTHORITY; sets LUMBRA_XVFB_PID
-#   lumbra_stop_xvfb        stops it
+#   lumbra_start_wm         starts openbox on it, when installed, so that windows get frames,
+#                           focus and full-screen states as on a desktop
+#   lumbra_stop_xvfb        stops both
 #   lumbra_main_window      prints the id of the visible main window, if any
 
 lumbra_start_xvfb() {
@@ -39,7 +41,24 @@ lumbra_start_xvfb() {
   return 1
 }
 
+lumbra_start_wm() {
+  command -v openbox >/dev/null || return 0
+  openbox --sm-disable >/dev/null 2>&1 &
+  LUMBRA_WM_PID=$!
+  local i
+  for ((i = 0; i < 50; i++)); do
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && return 0
+    sleep 0.1
+  done
+  echo "note: openbox did not announce itself; going on without a window manager" >&2
+}
+
 lumbra_stop_xvfb() {
+  if [[ -n "${LUMBRA_WM_PID:-}" ]]; then
+    kill "$LUMBRA_WM_PID" 2>/dev/null
+    wait "$LUMBRA_WM_PID" 2>/dev/null
+    LUMBRA_WM_PID=
+  fi
   if [[ -n "${LUMBRA_XVFB_PID:-}" ]]; then
     kill "$LUMBRA_XVFB_PID" 2>/dev/null
     wait "$LUMBRA_XVFB_PID" 2>/dev/null
