@@ -64,6 +64,7 @@ void SlideDecoder::prepare(const QString& path)
     m_pendingPath = path;
     const quint64 generation = ++m_generation;
     const QSize pane = m_target->size();
+    const qreal ratio = m_target->devicePixelRatioF();
     auto* watcher = new QFutureWatcher<LoadedPicture>(this);
     connect(watcher, &QFutureWatcher<LoadedPicture>::finished, this,
             [this, watcher, generation, path] {
@@ -79,12 +80,14 @@ void SlideDecoder::prepare(const QString& path)
                 Q_EMIT Prepared(path);
             });
     // The same size the pane decodes at: the picture fitted into it, never enlarged.
-    watcher->setFuture(QtConcurrent::run(&m_pool, [path, pane] {
+    watcher->setFuture(QtConcurrent::run(&m_pool, [path, pane, ratio] {
         const QSize natural = PictureLoader::NaturalSize(path);
         if (!natural.isValid())
             return LoadedPicture{};
+        const QSizeF fitted = PreviewLayout::FitSize(natural, pane);
         LoadedPicture picture =
-            PictureLoader::Load(path, PreviewLayout::FitSize(natural, pane).toSize());
+            PictureLoader::Load(path, ucImgPreview::DevicePixels(fitted, ratio));
+        ucImgPreview::MatchRatio(picture.image, fitted);
         picture.naturalSize = natural;
         return picture;
     }));

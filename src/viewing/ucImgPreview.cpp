@@ -11,6 +11,7 @@
 #include <QFutureWatcher>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QtMath>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -97,7 +98,7 @@ void ucImgPreview::setFileName(const QString& name)
             }
             const QSizeF fitted = PreviewLayout::FitSize(m_naturalSize, inner);
             m_element.setSize(fitted);
-            const QSizeF gap = fitted - QSizeF(m_offeredImage.size());
+            const QSizeF gap = fitted - m_offeredImage.deviceIndependentSize();
             if (offered && qAbs(gap.width()) <= 1 && qAbs(gap.height()) <= 1) {
                 // Ready now: any decode still running for the previous file must not land.
                 m_image = std::exchange(m_offeredImage, QImage());
@@ -110,8 +111,9 @@ void ucImgPreview::setFileName(const QString& name)
                             Q_EMIT Loaded(true);
                     },
                     Qt::QueuedConnection);
-            } else if (!same || m_image.isNull() || fitted.width() > m_image.width() + 0.5 ||
-                       fitted.height() > m_image.height() + 0.5)
+            } else if (!same || m_image.isNull() ||
+                       fitted.width() > m_image.deviceIndependentSize().width() + 0.5 ||
+                       fitted.height() > m_image.deviceIndependentSize().height() + 0.5)
                 decode(fitted.toSize());
         }
     }
@@ -140,21 +142,34 @@ void ucImgPreview::decode(const QSize& box)
     const quint64 generation = ++m_generation;
     const QString path = m_fileName;
     auto* watcher = new QFutureWatcher<LoadedPicture>(this);
-    connect(watcher, &QFutureWatcher<LoadedPicture>::finished, this, [this, watcher, generation] {
+    connect(watcher, &QFutureWatcher<LoadedPicture>::finished, this, [this, watcher, generation, box] {
         watcher->deleteLater();
         if (generation != m_generation)
             return;
         const LoadedPicture picture = watcher->result();
         m_image = picture.image;
+        MatchRatio(m_image, box);
         update();
         Q_EMIT Loaded(!picture.isNull());
     });
     // Stretching fills any shape, so the picture is decoded to the box itself; fitting keeps
     // the proportions the box already has.
     const bool enlarge = m_stretchMode;
-    watcher->setFuture(QtConcurrent::run(&previewPool(), [path, box, enlarge] {
-        return PictureLoader::Load(path, box, enlarge);
+    const QSize pixels = DevicePixels(box, devicePixelRatioF());
+    watcher->setFuture(QtConcurrent::run(&previewPool(), [path, pixels, enlarge] {
+        return PictureLoader::Load(path, pixels, enlarge);
     }));
+}
+
+QSize ucImgPreview::DevicePixels(const QSizeF& box, qreal ratio)
+{
+    return QSize(qCeil(box.width() * ratio - 0.01), qCeil(box.height() * ratio - 0.01));
+}
+
+void ucImgPreview::MatchRatio(QImage& image, const QSizeF& box)
+{
+    if (!image.isNull() && box.width() > 0)
+        image.setDevicePixelRatio(qMax(1.0, image.width() / box.width()));
 }
 
 void ucImgPreview::paintEvent(QPaintEvent* event)
@@ -265,7 +280,8 @@ void ucImgPreview::ZoomImage()
         m_elementStretches = step.stretch;
         // A step larger than the pixels decoded so far gets them decoded at its size.
         const QSize needed = step.size.toSize().boundedTo(m_naturalSize.toSize());
-        if (needed.width() > m_image.width() || needed.height() > m_image.height())
+        const QSizeF decoded = m_image.deviceIndependentSize();
+        if (needed.width() > decoded.width() + 0.5 || needed.height() > decoded.height() + 0.5)
             decode(needed);
         update();
     }

@@ -63,6 +63,13 @@ public:
     QImage DecodedImage() const { return m_image; }
     int ZoomLevel() const { return m_zoomLevel; }
 
+    // Pictures are decoded for the screen's own pixels, so that they stay crisp on a
+    // high-density screen: a box of logical size takes this many device pixels at ratio...
+    static QSize DevicePixels(const QSizeF& box, qreal ratio);
+    // ...and the image decoded for it is marked with the ratio it has against the box (never
+    // below 1: a small picture is not shrunk to fewer logical pixels than it has).
+    static void MatchRatio(QImage& image, const QSizeF& box);
+
 Q_SIGNALS:
     // The decode of the current file finished (ok false: the file could not be read).
     void Loaded(bool ok);
