@@ -69,22 +69,28 @@ template <typename... Values> void row(const char* name, const Values&... values
     (QTest::newRow(name) << ... << values);
 }
 
-// "title|text" of the next message box, filled in once the box is up and answered with button.
-inline std::shared_ptr<QString> answerNext(QMessageBox::StandardButton button)
+// Answers the next message box with button while it lives, and keeps the box's "title|text".
+class NextAnswer
 {
-    auto seen = std::make_shared<QString>();
-    auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, seen, button] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        *seen = box->windowTitle() + u'|' + box->text();
-        poll->deleteLater();
-        box->button(button)->click();
-    });
-    poll->start(5);
-    return seen;
-}
+public:
+    explicit NextAnswer(QMessageBox::StandardButton button)
+    {
+        QObject::connect(&m_poll, &QTimer::timeout, [this, button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            seen = box->windowTitle() + u'|' + box->text();
+            m_poll.stop();
+            box->button(button)->click();
+        });
+        m_poll.start(5);
+    }
+
+    QString seen;
+
+private:
+    QTimer m_poll;
+};
 
 // The test class of a picture list window derives from this: its windows have a status strip
 // to write to and start with every option off; it makes folders of files in its own world and
