@@ -18,20 +18,11 @@
 
 using namespace PictureListRules;
 
-namespace {
-
-const QString Section = QStringLiteral("frmMyImages");
-
-} // namespace
-
 class tst_MyBrowser : public BrowserBench
 {
     Q_OBJECT
 
-    static std::unique_ptr<frmMyImages> browserOn(const QString& folder)
-    {
-        return openOn<frmMyImages>(folder);
-    }
+    static inline const QString Section = QStringLiteral("frmMyImages");
 
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
@@ -47,34 +38,35 @@ private slots:
     void rowTexts_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::addColumn<qint64>("bytes");
+        QTest::addColumn<int>("bytes");
         QTest::addColumn<bool>("upperCase"); // the browser's; the builder keeps the case
         QTest::addColumn<QString>("type");
         QTest::addColumn<QString>("size");
-        const qint64 zero = 0, b1499 = 1499, b1500 = 1500, b2500 = 2500, big = 1500000, ten = 10;
-        row("empty file counts as 1 KB", "e.jpg", zero, true, "JPG File", "1 KB");
-        row("1,499 bytes round down", "e.jpg", b1499, true, "JPG File", "1 KB");
-        row("1,500 bytes halve to even 2", "e.jpg", b1500, true, "JPG File", "2 KB");
-        row("2,500 bytes halve to even 2", "e.jpg", b2500, true, "JPG File", "2 KB");
-        row("1,500,000 bytes grouped", "big.bmp", big, true, "BMP File", "1,500 KB");
-        row("four-letter extension", "photo.jpeg", ten, true, "JPEG File", "1 KB");
-        row("two dots", "a.b.jpg", ten, true, "JPG File", "1 KB");
-        row("mixed-case extension, browser", "shot.Gif", ten, true, "GIF File", "1 KB");
-        row("mixed-case extension, builder", "shot.Gif", ten, false, "Gif File", "1 KB");
-        row("no dot in the last four, builder", "photo.jpeg", ten, false, "jpeg File", "1 KB");
+        row("empty file counts as 1 KB", "e.jpg", 0, true, "JPG File", "1 KB");
+        row("1,499 bytes round down", "e.jpg", 1499, true, "JPG File", "1 KB");
+        row("1,500 bytes halve to even 2", "e.jpg", 1500, true, "JPG File", "2 KB");
+        row("2,500 bytes halve to even 2", "e.jpg", 2500, true, "JPG File", "2 KB");
+        row("1,500,000 bytes grouped", "big.bmp", 1500000, true, "BMP File", "1,500 KB");
+        row("four-letter extension", "photo.jpeg", 10, true, "JPEG File", "1 KB");
+        row("two dots", "a.b.jpg", 10, true, "JPG File", "1 KB");
+        row("mixed-case extension, browser", "shot.Gif", 10, true, "GIF File", "1 KB");
+        row("mixed-case extension, builder", "shot.Gif", 10, false, "Gif File", "1 KB");
+        row("no dot in the last four, builder", "photo.jpeg", 10, false, "jpeg File", "1 KB");
     }
 
     void rowTexts()
     {
         QFETCH(QString, name);
-        QFETCH(qint64, bytes);
+        QFETCH(int, bytes);
         QFETCH(bool, upperCase);
         const QDateTime modified(QDate(2005, 1, 15), QTime(14, 30, 5));
         const auto texts = RowTexts(name, bytes, modified, upperCase);
         QCOMPARE(texts[NameColumn], name);
         QTEST(texts[TypeColumn], "type");
         QTEST(texts[SizeColumn], "size");
-        QCOMPARE(texts[SizeKeyColumn], QStringLiteral("%1").arg(bytes, 9, 10, QChar(u'0')));
+        // Nine digits, so that the texts sort as the numbers do.
+        QCOMPARE(texts[SizeKeyColumn].size(), 9);
+        QCOMPARE(texts[SizeKeyColumn].toLongLong(), bytes);
         QCOMPARE(texts[DateColumn], QStringLiteral("1/15/05 2:30:05 PM"));
         QCOMPARE(texts[DateKeyColumn], QStringLiteral("01152005"));
         // At midnight the date stands alone.
@@ -99,7 +91,7 @@ private slots:
         const QDateTime modified(QDate(2005, 1, 15), QTime(14, 30, 5));
         for (const QString& name : listed)
             makeFile(folder + name, QByteArray(1500, 'x'), modified);
-        auto browser = browserOn(freshFolder({"b.jpg"}));
+        auto browser = openOn<frmMyImages>(freshFolder({"b.jpg"}));
         QVERIFY(browser);
         browser->SelectItem(0);
         browser->txtAddress()->setAddress(folder);
@@ -129,7 +121,7 @@ private slots:
         const QString other = freshFolder({"b.jpg"});
         settings().write(Keys::LastSelected.in(Section), (sameFolder ? folder : other) + "b.jpg");
 
-        auto browser = browserOn(folder);
+        auto browser = openOn<frmMyImages>(folder);
         QVERIFY(browser);
         QCOMPARE(browser->lvList()->selectedRows(), sameFolder ? QList<int>{1} : QList<int>{});
         QCOMPARE(browser->ucPreview()->FileName(), sameFolder ? folder + "b.jpg" : QString());
@@ -170,7 +162,7 @@ private slots:
                  QDateTime(QDate(2005, 1, 15), {12, 0}));
         makeFile(folder + "Tiny.jpg", QByteArray(100, 'x'), QDateTime(QDate(2004, 10, 3), {9, 0}));
 
-        auto browser = browserOn(folder);
+        auto browser = openOn<frmMyImages>(folder);
         QVERIFY(browser);
         QHeaderView* header = browser->lvList()->treeView()->header();
         for (const QString& step : action.split(u',', Qt::SkipEmptyParts)) {
@@ -206,7 +198,7 @@ private slots:
         QFETCH(int, mode);
         // Start from a view that none of the rows ends in.
         settings().write(Keys::View_Type.in(Section), button == 1 ? 3 : 1);
-        auto browser = browserOn(freshFolder({"a.jpg"}));
+        auto browser = openOn<frmMyImages>(freshFolder({"a.jpg"}));
         QVERIFY(browser);
         ucPictureList* list = browser->lvList();
         if (digit == 0) {
@@ -257,7 +249,7 @@ private slots:
         QFETCH(QString, gesture);
         QFETCH(bool, opens);
         const QString folder = freshFolder({"a.jpg", "b.jpg"});
-        auto browser = browserOn(folder);
+        auto browser = openOn<frmMyImages>(folder);
         QVERIFY(browser);
         QStringList opened;
         PictureOpener::SetHandler([&opened](const QString& path) { opened.append(path); });
@@ -296,7 +288,7 @@ private slots:
         QFETCH(QString, typed);
         QFETCH(QString, result);
         const QString folder = freshFolder({"beach.jpg", "other.jpg"});
-        auto browser = browserOn(folder);
+        auto browser = openOn<frmMyImages>(folder);
         QVERIFY(browser);
         browser->SelectItem(browser->lvList()->rowOf("beach.jpg"));
         NextAnswer failure(QMessageBox::Ok);
@@ -356,7 +348,7 @@ private slots:
         };
         const QString folder = freshFolder(named({"a", "b", "c", "d"}));
         Globals().Options[3] = confirm ? 1 : 0;
-        auto browser = browserOn(folder);
+        auto browser = openOn<frmMyImages>(folder);
         QVERIFY(browser);
         ucPictureList* list = browser->lvList();
         selectNames(list, named(chosen));
@@ -402,7 +394,7 @@ private slots:
         QFETCH(QStringList, sourceLeft);
         const QString source = freshFolder({"p.jpg", "q.jpg", "r.jpg"});
         const QString target = sameFolder ? source : freshFolder({"z.jpg"});
-        auto browser = browserOn(source);
+        auto browser = openOn<frmMyImages>(source);
         QVERIFY(browser);
         ucPictureList* list = browser->lvList();
         selectNames(list, {"p.jpg", "q.jpg"});
@@ -434,7 +426,7 @@ private slots:
     {
         const QString elsewhere = freshFolder({"w.jpg", "notes.txt"});
         const QString target = freshFolder();
-        auto browser = browserOn(freshFolder({"p.jpg"}));
+        auto browser = openOn<frmMyImages>(freshFolder({"p.jpg"}));
         QVERIFY(browser);
         browser->SelectItem(0);
         browser->CutCopy(false);
@@ -469,7 +461,7 @@ private slots:
         settings().write(Keys::Splitter_Location.in(Section), 4500);
         settings().write(Keys::Col_(2).in(Section), 2400);
         Globals().Options[8] = 1;
-        auto browser = browserOn(freshFolder({"a.jpg"}));
+        auto browser = openOn<frmMyImages>(freshFolder({"a.jpg"}));
         QVERIFY(browser);
         QCOMPARE(browser->SplitterLocation(), 4500);
         // Widths are stored in twips, 15 to the pixel.

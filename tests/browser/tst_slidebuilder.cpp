@@ -13,8 +13,6 @@ using namespace PictureListRules;
 
 namespace {
 
-const QString Section = QStringLiteral("frmSlideshow");
-
 QList<int> checkedRows(const ucPictureList* list)
 {
     QList<int> rows;
@@ -29,6 +27,8 @@ QList<int> checkedRows(const ucPictureList* list)
 class tst_SlideBuilder : public BrowserBench
 {
     Q_OBJECT
+
+    static inline const QString Section = QStringLiteral("frmSlideshow");
 
 private slots:
     void init()
