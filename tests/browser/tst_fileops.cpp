@@ -217,20 +217,6 @@ private Q_SLOTS:
         QTEST(state(folder), "after");
     }
 
-    void deleteQuestion_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QString>("question");
-        row("one item", 1, "Are you sure you want to delete this item?");
-        row("three items", 3, "Are you sure you want to delete these 3items?");
-    }
-
-    void deleteQuestion()
-    {
-        QFETCH(int, count);
-        QTEST(FileOps::DeleteQuestion(count), "question");
-    }
-
     void moveToTrash_data()
     {
         QTest::addColumn<QString>("faults");
