@@ -135,8 +135,9 @@ frmSlideshow_FS::frmSlideshow_FS(SlideshowHost* host, QWidget* parent)
     settings.readInto(Keys::Timer_DelayRead, seconds);
     if (seconds >= sldrInterval->minimum() && seconds <= sldrInterval->maximum())
         sldrInterval->setValue(seconds);
-    // The label tells the pace the show runs at, which is the stored value, not the position.
-    lblInterval->setText(intervalText(seconds));
+    // The label tells the pace the show runs at, which is the stored value, not the position,
+    // as the show reads it: a hand-edited zero or less runs at the default.
+    lblInterval->setText(intervalText(SlideshowPlayer::IntervalMs(settings) / 1000));
     connect(sldrInterval, &QSlider::valueChanged, this, &frmSlideshow_FS::sldrInterval_Change);
 
     qint64 bgr = 16777215;

@@ -177,58 +177,46 @@ private Q_SLOTS:
         QCOMPARE(asked, (!cut && !sameFolder) ? items(target).size() : 0);
     }
 
-    void keptExtension_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("expected");
-        row("typed without extension keeps the old one", "sea", "sea.jpg");
-        row("same extension taken as typed", "sea.jpg", "sea.jpg");
-        row("other extension gets the old one appended", "sea.png", "sea.png.jpg");
-        row("extension compared with case", "sea.JPG", "sea.JPG.jpg");
-        row("emptied label keeps the old name", "", "beach.jpg");
-    }
-
-    void keptExtension()
-    {
-        QFETCH(QString, typed);
-        QTEST(FileOps::KeptExtensionName("beach.jpg", typed), "expected");
-    }
-
-    void rename_data()
+    // A rename in place: what the user typed over the old name, and the folder afterwards.
+    void renameInPlace_data()
     {
         QTest::addColumn<QString>("oldName");
-        QTest::addColumn<QString>("newName");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("fault");
         QTest::addColumn<bool>("ok");
         QTest::addColumn<QString>("after");
-        row("to a name with a quote and a newline", "a.jpg", "it's\n\"new\".jpg", true,
+        const QString a = "a.jpg", untouched = "a.jpg=A|b.jpg=B";
+        row("typed without extension keeps the old one", a, "sea", false, true,
+            "b.jpg=B|sea.jpg=A");
+        row("same extension taken as typed", a, "sea.jpg", false, true, "b.jpg=B|sea.jpg=A");
+        row("other extension gets the old one appended", a, "sea.png", false, true,
+            "b.jpg=B|sea.png.jpg=A");
+        row("extension compared with case", a, "sea.JPG", false, true, "b.jpg=B|sea.JPG.jpg=A");
+        row("emptied label keeps the old name", a, "", false, true, untouched);
+        row("a quote and a newline", a, "it's\n\"new\"", false, true,
             "b.jpg=B|it's\n\"new\".jpg=A");
-        row("onto an existing file", "a.jpg", "b.jpg", false, "a.jpg=A|b.jpg=B");
-        row("into another folder", "a.jpg", "../a.jpg", false, "a.jpg=A|b.jpg=B");
-        row("file gone", "gone.jpg", "c.jpg", false, "a.jpg=A|b.jpg=B");
+        row("onto an existing file", a, "b", false, false, untouched);
+        row("into another folder", a, "../a", false, false, untouched);
+        row("file gone", "gone.jpg", "c", false, false, untouched);
+        row("refused by the file system", a, "sea", true, false, untouched);
     }
 
-    void rename()
+    void renameInPlace()
     {
         QFETCH(QString, oldName);
-        QFETCH(QString, newName);
+        QFETCH(QString, typed);
+        QFETCH(bool, fault);
+        QFETCH(bool, ok);
         const QString folder = freshFolder();
         fill(folder, "a.jpg=A|b.jpg=B");
-        QTEST(FileOps::Rename(folder, oldName, newName), "ok");
+        FileOps::SetFaultHook(
+            [fault](const QString& step, const QString&) { return fault && step == "rename"; });
+        QString reason;
+        QCOMPARE(
+            FileOps::Rename(folder, oldName, FileOps::KeptExtensionName(oldName, typed), &reason),
+            ok);
+        QCOMPARE(reason.isEmpty(), ok);
         QTEST(state(folder), "after");
-    }
-
-    void deleteQuestion_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QString>("question");
-        row("one item", 1, "Are you sure you want to delete this item?");
-        row("three items", 3, "Are you sure you want to delete these 3items?");
-    }
-
-    void deleteQuestion()
-    {
-        QFETCH(int, count);
-        QTEST(FileOps::DeleteQuestion(count), "question");
     }
 
     void moveToTrash_data()
