@@ -373,6 +373,10 @@ void PictureListWindow::fillList()
         m_list->resort();
         if (m_setup.rememberSelection)
             m_list->clearSelection();
+        // The folder lists its files in no particular order, so the row chosen early may have
+        // sorted away from the top: the top row is the one the user expects chosen.
+        else if (m_list->count() > 0 && RememberedRow() != 0)
+            SelectItem(0);
     }
 
     if (toSelect.isValid())

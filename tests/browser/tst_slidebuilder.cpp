@@ -39,14 +39,16 @@ private slots:
 
     void fillsDifferentlyFromTheBrowser()
     {
-        const QString folder = freshFolder({"photo.png", "zebra.png"});
-        // The builder starts at its first picture, whatever was selected last.
+        // The folder lists its files in an order of its own; the builder starts at the top
+        // row of the sorted list, whatever was listed first or selected last.
+        const QStringList names{"photo.png", "quay.png", "rose.png", "sky.png", "tree.png", "zebra.png"};
+        const QString folder = freshFolder(names);
         settings().write(Keys::LastSelected.in(Section), folder + "zebra.png");
 
         auto builder = openOn<frmSlideshow>(folder);
         QVERIFY(builder);
         const ucPictureList* list = builder->lvList();
-        QCOMPARE(namesInOrder(list), (QStringList{"photo.png", "zebra.png"}));
+        QCOMPARE(namesInOrder(list), names);
         // The type keeps the extension's case.
         QCOMPARE(list->text(0, TypeColumn), QStringLiteral("png File"));
         QCOMPARE(list->selectedRows(), QList<int>{0});
