@@ -28,13 +28,6 @@
 
 namespace {
 
-constexpr int MinToTrayOption = 0;
-constexpr int TrayIconOption = 1;
-constexpr int SideBarOption = 4;
-constexpr int OnTopOption = 5;
-constexpr int StatusBarOption = 11;
-constexpr int CaptionsOption = 13;
-
 enum Tab
 {
     AppearanceTab,
@@ -52,19 +45,19 @@ struct OptionBox
 
 // In the order they stand on their tabs.
 const OptionBox OptionBoxes[] = {
-    {11, QStringLiteral("Status Ba&r"), AppearanceTab},
-    {4, QStringLiteral("&Show Sidebar"), AppearanceTab},
-    {3, QStringLiteral("Confirm all &deletes and changes"), GeneralTab},
-    {6, QStringLiteral("Show Tips and T&ricks at startup"), GeneralTab},
-    {9, QStringLiteral("&Always load last area I worked in"), GeneralTab},
-    {5, QStringLiteral("Always &on top ->"), GeneralTab},
-    {7, QStringLiteral("Snap to screen / dock to sides"), GeneralTab},
-    {8, QStringLiteral("&Hover select images"), PicturesTab},
-    {12, QStringLiteral("&Single-click to Open / Hover Select"), PicturesTab},
-    {13, QStringLiteral("Show captions below Thumbnails."), PicturesTab},
-    {1, QStringLiteral("&Show icon in system tray"), TrayTab},
-    {0, QStringLiteral("Minimize to tray when inactive:"), TrayTab},
-    {10, QStringLiteral("&Minimize to Tray on startup"), TrayTab},
+    {Opt::StatusBar, QStringLiteral("Status Ba&r"), AppearanceTab},
+    {Opt::SideBar, QStringLiteral("&Show Sidebar"), AppearanceTab},
+    {Opt::ConfirmChanges, QStringLiteral("Confirm all &deletes and changes"), GeneralTab},
+    {Opt::TipsAtStart, QStringLiteral("Show Tips and T&ricks at startup"), GeneralTab},
+    {Opt::ReopenLastWindow, QStringLiteral("&Always load last area I worked in"), GeneralTab},
+    {Opt::OnTop, QStringLiteral("Always &on top ->"), GeneralTab},
+    {Opt::Snap, QStringLiteral("Snap to screen / dock to sides"), GeneralTab},
+    {Opt::HoverSelect, QStringLiteral("&Hover select images"), PicturesTab},
+    {Opt::SingleClickOpens, QStringLiteral("&Single-click to Open / Hover Select"), PicturesTab},
+    {Opt::Captions, QStringLiteral("Show captions below Thumbnails."), PicturesTab},
+    {Opt::TrayIcon, QStringLiteral("&Show icon in system tray"), TrayTab},
+    {Opt::MinimizeToTray, QStringLiteral("Minimize to tray when inactive:"), TrayTab},
+    {Opt::TrayAtStart, QStringLiteral("&Minimize to Tray on startup"), TrayTab},
 };
 
 SettingsStore& settings()
@@ -130,7 +123,7 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
     lblMinToTray = new QLabel(QStringLiteral("10 minutes"), this);
     lblMinToTray->setObjectName(QStringLiteral("lblMinToTray"));
     auto* minutesRow = new QHBoxLayout;
-    minutesRow->addWidget(chkGeneral[MinToTrayOption]);
+    minutesRow->addWidget(chkGeneral[Opt::MinimizeToTray]);
     minutesRow->addWidget(spnMinToTray);
     minutesRow->addWidget(lblMinToTray);
     minutesRow->addStretch(1);
@@ -140,7 +133,7 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
     for (const OptionBox& box : OptionBoxes) {
         QCheckBox* check = chkGeneral[size_t(box.option)];
         if (box.tab == TrayTab) {
-            if (box.option == MinToTrayOption)
+            if (box.option == Opt::MinimizeToTray)
                 trayLayout->addLayout(minutesRow);
             else
                 trayLayout->addWidget(check);
@@ -172,7 +165,7 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
 
     connect(cmdColor, &QPushButton::clicked, this, &frmOptions::cmdColor_Click);
     // The idle time only matters while the window may go to the tray by itself.
-    connect(chkGeneral[MinToTrayOption], &QCheckBox::toggled, this, [this](bool on) {
+    connect(chkGeneral[Opt::MinimizeToTray], &QCheckBox::toggled, this, [this](bool on) {
         spnMinToTray->setEnabled(on);
         lblMinToTray->setEnabled(on);
     });
@@ -219,8 +212,8 @@ void frmOptions::Form_Load()
         if (chkGeneral[i])
             chkGeneral[i]->setChecked(Globals().option(int(i)));
     // Ticking fires no signal when the box is already in that state.
-    spnMinToTray->setEnabled(chkGeneral[MinToTrayOption]->isChecked());
-    lblMinToTray->setEnabled(chkGeneral[MinToTrayOption]->isChecked());
+    spnMinToTray->setEnabled(chkGeneral[Opt::MinimizeToTray]->isChecked());
+    lblMinToTray->setEnabled(chkGeneral[Opt::MinimizeToTray]->isChecked());
 
     bool extraTypes = true;
     settings().readInto(Keys::Extra_Types, extraTypes);
@@ -295,7 +288,7 @@ void frmOptions::cmdOptions_Click(int index)
     store.writeBool(Keys::Extra_Types, chkExtraTypes->isChecked());
 
     if (m_main) {
-        m_main->statusBar()->setVisible(globals.option(StatusBarOption));
+        m_main->statusBar()->setVisible(globals.option(Opt::StatusBar));
         m_main->SetMinToTrayMinutes(minutes);
         ApplyToMainWindow(changed, extraTypesChanged);
     }
@@ -308,14 +301,14 @@ void frmOptions::ApplyToMainWindow(const std::array<bool, AppGlobals::OptionCoun
                                    bool extraTypesChanged)
 {
     const AppGlobals& globals = Globals();
-    if (changed[TrayIconOption])
-        m_main->Tray()->SetIconVisible(globals.option(TrayIconOption));
-    if (changed[SideBarOption])
-        m_main->SideBar(0)->setVisible(globals.option(SideBarOption));
-    if (changed[OnTopOption])
-        Utilities::SetAlwaysOnTop(m_main, globals.option(OnTopOption));
+    if (changed[Opt::TrayIcon])
+        m_main->Tray()->SetIconVisible(globals.option(Opt::TrayIcon));
+    if (changed[Opt::SideBar])
+        m_main->SideBar(0)->setVisible(globals.option(Opt::SideBar));
+    if (changed[Opt::OnTop])
+        Utilities::SetAlwaysOnTop(m_main, globals.option(Opt::OnTop));
     // Captions and the picture types decide what a gallery shows: read its folder again.
-    if (changed[CaptionsOption] || extraTypesChanged)
+    if (changed[Opt::Captions] || extraTypesChanged)
         for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
             ChildOps::Call(sub->widget(), "RefreshMe", false);
 }

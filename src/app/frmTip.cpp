@@ -23,12 +23,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-namespace {
-
-constexpr int TipsOption = 6;
-
-} // namespace
-
 frmTip::frmTip(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmTip"));
@@ -124,7 +118,7 @@ void frmTip::Form_Load()
 {
     m_loading = true;
     LoadTips();
-    chkTips->setChecked(Globals().option(TipsOption));
+    chkTips->setChecked(Globals().option(Opt::TipsAtStart));
     ShowTip(true);
     // Without tips there is no other one to show.
     cmdTips[0]->setEnabled(TipCount() > 0);
@@ -165,8 +159,8 @@ void frmTip::chkTips_Click()
     if (m_loading)
         return;
     const long on = chkTips->isChecked() ? 1 : 0;
-    Globals().Options[TipsOption] = on;
-    SettingsStore::global().write(Keys::Option(TipsOption), qint64(on));
+    Globals().Options[Opt::TipsAtStart] = on;
+    SettingsStore::global().write(Keys::Option(Opt::TipsAtStart), qint64(on));
 }
 
 void frmTip::cmdTips_Click(int index)

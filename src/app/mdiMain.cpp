@@ -244,7 +244,7 @@ void mdiMain::Load()
         if (QAction* action = m_menus->Action(picture.array, picture.index))
             action->setIcon(QIcon(MenuTable::IconResource(picture.key)));
 
-    if (!globals.option(4)) {
+    if (!globals.option(Opt::SideBar)) {
         m_sideBars[0]->hide();
     } else {
         int align = 3;
@@ -252,7 +252,7 @@ void mdiMain::Load()
         m_sideBars[0]->Dock(align);
     }
 
-    statusBar()->setVisible(globals.option(11));
+    statusBar()->setVisible(globals.option(Opt::StatusBar));
     // Child windows reach the strip through Utilities, without knowing this window.
     Utilities::SetStatusStrip(m_statusStrip);
 
@@ -271,7 +271,7 @@ void mdiMain::Load()
     const int pick = int(5 * QRandomGenerator::global()->generateDouble() + 1);
     m_greeting = greetings[pick - 1];
 
-    m_tray->SetIconVisible(globals.option(1));
+    m_tray->SetIconVisible(globals.option(Opt::TrayIcon));
     m_tray->ShowBalloon(QStringLiteral("Lumbra\u00A9  -  ") + m_greeting + u'!', GreetingText);
 
     for (int i = 0; i < 3; ++i)
@@ -283,7 +283,7 @@ void mdiMain::Load()
         MainMenu_View(view);
 
     tmrMain[0].start();
-    if (globals.option(10))
+    if (globals.option(Opt::TrayAtStart))
         QTimer::singleShot(0, this, &mdiMain::SendToTray);
 }
 
@@ -306,7 +306,7 @@ void mdiMain::tmrMain_Timer(int index)
     case 0:
         if (m_idleTicks != m_minToTrayMinutes)
             ++m_idleTicks;
-        else if (Globals().option(0))
+        else if (Globals().option(Opt::MinimizeToTray))
             SendToTray();
         break;
     case 2:
@@ -328,15 +328,15 @@ void mdiMain::DeferredStartUp()
 {
     tmrMain[3].stop();
     const AppGlobals& globals = Globals();
-    if (globals.option(9)) {
+    if (globals.option(Opt::ReopenLastWindow)) {
         int lastUsed = 1;
         settings().readInto(Keys::Last_Used, lastUsed);
         if (lastUsed > 0)
             tlbMain_ButtonClick(lastUsed);
     }
-    if (globals.option(5))
+    if (globals.option(Opt::OnTop))
         Utilities::SetAlwaysOnTop(this, true);
-    if (globals.option(6))
+    if (globals.option(Opt::TipsAtStart))
         ShowTipOfTheDay();
     m_startingUp = false;
 }
@@ -825,11 +825,11 @@ void mdiMain::RestoreAllDefaults()
     RestoreDefaults::Reset(settings(), Globals());
 
     const AppGlobals& globals = Globals();
-    statusBar()->setVisible(globals.option(11));
-    m_sideBars[0]->setVisible(globals.option(4));
-    if (globals.option(4))
+    statusBar()->setVisible(globals.option(Opt::StatusBar));
+    m_sideBars[0]->setVisible(globals.option(Opt::SideBar));
+    if (globals.option(Opt::SideBar))
         m_sideBars[0]->Dock(3);
-    m_tray->SetIconVisible(globals.option(1));
+    m_tray->SetIconVisible(globals.option(Opt::TrayIcon));
     ApplyWallpaperTicks(2);
     MainMenu_View(0);
     m_recent.Load(settings(), Section);

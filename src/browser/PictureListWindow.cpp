@@ -243,7 +243,7 @@ void PictureListWindow::Load()
         m_sideSplit->setSizes({m_pendingDirHeight, m_sideSplit->height()});
     }
 
-    m_list->setHoverSelect(Globals().option(8));
+    m_list->setHoverSelect(Globals().option(Opt::HoverSelect));
 
     int viewType = 3;
     settings().readInto(Keys::View_Type.in(m_setup.section), viewType);
@@ -619,7 +619,7 @@ int PictureListWindow::SplitterLocation() const
 void PictureListWindow::activated()
 {
     m_list->setMultiSelect(true);
-    m_list->setHoverSelect(Globals().option(8));
+    m_list->setHoverSelect(Globals().option(Opt::HoverSelect));
 }
 
 bool PictureListWindow::event(QEvent* event)

@@ -159,7 +159,7 @@ void frmMyImages::DeleteItems()
     const QList<int> rows = list->selectedRows();
     if (rows.isEmpty())
         return;
-    if (Globals().option(3)) {
+    if (Globals().option(Opt::ConfirmChanges)) {
         const auto answer = MsgBox::Ask(
             this, FileOps::DeleteTitle(), FileOps::DeleteQuestion(int(rows.size())),
             QMessageBox::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
@@ -257,7 +257,7 @@ void frmMyImages::PasteImages()
     const bool cut = lists.front().Tag() == tagFor(true);
 
     std::function<bool(const QString&)> confirmReplace;
-    if (Globals().option(3))
+    if (Globals().option(Opt::ConfirmChanges))
         confirmReplace = [this](const QString& target) {
             return MsgBox::Ask(this, pasteTitle(), replaceQuestion(Utilities::FileNameOf(target)),
                                QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,

@@ -4,6 +4,23 @@
 
 #include <array>
 
+// The general options by index; the settings keep each as "Options_" and its index.
+namespace Opt {
+constexpr int MinimizeToTray = 0; // when inactive for a while
+constexpr int TrayIcon = 1;
+constexpr int ConfirmChanges = 3; // ask before deleting or changing files
+constexpr int SideBar = 4;
+constexpr int OnTop = 5;
+constexpr int TipsAtStart = 6;
+constexpr int Snap = 7;
+constexpr int HoverSelect = 8;
+constexpr int ReopenLastWindow = 9;
+constexpr int TrayAtStart = 10;
+constexpr int StatusBar = 11;
+constexpr int SingleClickOpens = 12;
+constexpr int Captions = 13;
+} // namespace Opt
+
 // Values every window reads, set at start-up from the settings.
 struct AppGlobals
 {

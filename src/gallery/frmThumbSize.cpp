@@ -20,7 +20,6 @@ constexpr int DefaultScale = 3;
 // The preview square grows by this many twips per step of the scale.
 constexpr int PreviewTwipsPerStep = 80;
 constexpr int PreviewRoomPx = 60;
-constexpr int CaptionsOption = 13;
 
 QString HintText(int scale)
 {
@@ -80,7 +79,7 @@ void frmThumbSize::Form_Load()
 {
     m_loading = true;
     CentreOnParent();
-    chkThumbSize->setChecked(Globals().option(CaptionsOption));
+    chkThumbSize->setChecked(Globals().option(Opt::Captions));
     int scale = DefaultScale;
     SettingsStore::global().readInto(Keys::ThumbSizeForDialog, scale);
     sldThumbSize->setValue(scale);
@@ -127,9 +126,9 @@ void frmThumbSize::cmdOK_Click()
     store.write(Keys::ThumbSizeForDialog, newScale);
 
     const bool captions = chkThumbSize->isChecked();
-    if (captions != Globals().option(CaptionsOption)) {
-        Globals().Options[CaptionsOption] = captions ? 1 : 0;
-        store.write(Keys::Option(CaptionsOption), qint64(captions ? 1 : 0));
+    if (captions != Globals().option(Opt::Captions)) {
+        Globals().Options[Opt::Captions] = captions ? 1 : 0;
+        store.write(Keys::Option(Opt::Captions), qint64(captions ? 1 : 0));
     }
     QCoreApplication::processEvents();
 

@@ -452,7 +452,7 @@ void frmThumbnails::listed()
         strip->setMax(m_count);
 
     m_grid->setCount(int(m_cells.size()));
-    if (Globals().option(13))
+    if (Globals().option(Opt::Captions))
         for (int i = 0; i < int(m_cells.size()); ++i)
             m_grid->setCaption(i, captionOf(Utilities::FileNameOf(m_cells[size_t(i)].path)));
     if (!m_collection)
@@ -617,7 +617,7 @@ void frmThumbnails::openPicture()
 
 void frmThumbnails::cellHovered(int index)
 {
-    if (!Globals().option(8) || tmrHotTracking.isActive() || m_clickSuppressed)
+    if (!Globals().option(Opt::HoverSelect) || tmrHotTracking.isActive() || m_clickSuppressed)
         return;
     if (QGuiApplication::mouseButtons() != Qt::NoButton || m_lastKey != 0 ||
         QGuiApplication::keyboardModifiers() != Qt::NoModifier)
@@ -666,7 +666,7 @@ void frmThumbnails::DeleteItems()
     });
     QCoreApplication::processEvents();
 
-    if (shift && Globals().option(3)) {
+    if (shift && Globals().option(Opt::ConfirmChanges)) {
         const auto answer = MsgBox::Ask(this, QStringLiteral("Delete Thumbnail - SHIFT Key Pressed"),
                                         QStringLiteral("Are you SURE you want to permenantly delete this file from your computer?"),
                                         QMessageBox::Critical, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
@@ -722,7 +722,7 @@ void frmThumbnails::cellRenamed(const QString& from, const QString& to)
         if (m_cells[i].path != from)
             continue;
         m_cells[i].path = to;
-        if (Globals().option(13))
+        if (Globals().option(Opt::Captions))
             m_grid->setCaption(int(i), captionOf(Utilities::FileNameOf(to)));
         if (int(i) == m_current)
             select(m_current);
@@ -792,7 +792,7 @@ void frmThumbnails::DroppedOLE(const QList<QUrl>& files)
                 m_grid->setChecked(i, kept[size_t(i)].first);
                 m_grid->setCellHidden(i, kept[size_t(i)].second);
             }
-            if (Globals().option(13))
+            if (Globals().option(Opt::Captions))
                 m_grid->setCaption(i, captionOf(Utilities::FileNameOf(m_cells[size_t(i)].path)));
         }
         sizeCanvas();

@@ -112,7 +112,7 @@ void frmFullScreen::cmdClose_Click()
     hide();
     QCoreApplication::processEvents();
     PictureWindows::PrepareMainForFullScreen(false);
-    if (!Globals().option(5))
+    if (!Globals().option(Opt::OnTop))
         PictureWindows::KeepAbove(PictureWindows::MainWindow());
     QCoreApplication::processEvents();
     close();
