@@ -12,6 +12,7 @@
 #include "gallery/PictureScan.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
+#include "viewing/PreviewPane.h"
 #include "viewing/ucImgPreview.h"
 
 #include <QAction>
@@ -188,19 +189,8 @@ void PictureListWindow::buildSideBar()
     column->addWidget(m_dirs, 1);
     fillDrives();
 
-    m_previewPane = new QWidget(m_sideSplit);
-    auto* pane = new QVBoxLayout(m_previewPane);
-    pane->setContentsMargins(2, 2, 2, 2);
-    m_selected = new QLabel(m_previewPane);
-    m_selected->setObjectName(QStringLiteral("lblSelected"));
-    m_selected->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A long name must not widen the side bar.
-    m_selected->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_preview = new ucImgPreview(m_previewPane);
-    m_preview->setObjectName(QStringLiteral("ucPreview"));
-    m_preview->setMinimumSize(60, 60);
-    pane->addWidget(m_selected);
-    pane->addWidget(m_preview, 1);
+    m_previewPane = new PreviewPane(2, m_sideSplit);
+    m_preview = m_previewPane->Preview();
 
     m_sideSplit->addWidget(folders);
     m_sideSplit->addWidget(m_previewPane);
@@ -335,7 +325,7 @@ void PictureListWindow::fillList()
     settings().write(Keys::Dir.in(m_setup.section), folderListPath());
 
     m_preview->setFileName({});
-    m_selected->clear();
+    m_previewPane->setCaption({});
     const QString lastSelected = settings().read(Keys::LastSelected.in(m_setup.section));
     if (m_setup.fillManagesControls)
         m_list->setMultiSelect(false);
@@ -407,7 +397,7 @@ void PictureListWindow::RemoveRow(int row)
     }
     if (m_list->count() == 0) {
         m_preview->setFileName({});
-        m_selected->clear();
+        m_previewPane->setCaption({});
     }
 }
 
@@ -441,7 +431,7 @@ void PictureListWindow::selectRow(int row, bool alone)
     const QString path = PathOf(row);
     if (path != m_preview->FileName()) {
         m_preview->setFileName(path);
-        m_selected->setText(m_list->text(row));
+        m_previewPane->setCaption(m_list->text(row));
     }
     m_remembered = QPersistentModelIndex(m_list->model()->index(row, NameColumn));
     settings().write(Keys::LastSelected.in(m_setup.section), path);
@@ -661,4 +651,9 @@ void PictureListWindow::closeEvent(QCloseEvent* event)
         settings().write(Keys::Splitter_Location.in(m_setup.section), SplitterLocation());
     Utilities::SaveWindowState(parentWidget() ? parentWidget() : this);
     QMainWindow::closeEvent(event);
+}
+
+QLabel* PictureListWindow::lblSelected() const
+{
+    return m_previewPane->Caption();
 }

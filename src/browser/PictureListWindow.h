@@ -13,6 +13,7 @@ class QAction;
 class QComboBox;
 class QFileSystemModel;
 class QLabel;
+class PreviewPane;
 class QSplitter;
 class QToolBar;
 class QTreeView;
@@ -86,7 +87,7 @@ public:
     QTreeView* dirList() const { return m_dirs; }
     ucPictureList* lvList() const { return m_list; }
     ucImgPreview* ucPreview() const { return m_preview; }
-    QLabel* lblSelected() const { return m_selected; }
+    QLabel* lblSelected() const;
     ucTxtAddress* txtAddress() const { return m_address; }
     ucFolders* folderBar() const { return m_folders; }
     ucSideBar* sideBar() const { return m_sideBar; }
@@ -168,10 +169,9 @@ private:
     QTreeView* m_dirs = nullptr;
     QFileSystemModel* m_dirModel = nullptr;
     QSplitter* m_sideSplit = nullptr;
-    QWidget* m_previewPane = nullptr;
+    PreviewPane* m_previewPane = nullptr;
     ucPictureList* m_list = nullptr;
     ucImgPreview* m_preview = nullptr;
-    QLabel* m_selected = nullptr;
     ucTxtAddress* m_address = nullptr;
     ucFolders* m_folders = nullptr;
     ucSideBar* m_sideBar = nullptr;

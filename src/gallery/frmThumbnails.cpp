@@ -22,6 +22,7 @@
 #include "gallery/ucCoolProg.h"
 #include "imaging/PictureLoader.h"
 #include "viewing/PictureOpener.h"
+#include "viewing/PreviewPane.h"
 #include "viewing/ucImgPreview.h"
 
 #include <QAction>
@@ -170,21 +171,9 @@ void frmThumbnails::buildWindow()
     m_sideBar = new ucSideBar(0, Section, this);
     m_sideBar->setObjectName(QStringLiteral("ucSideBar"));
     m_sideBar->setWindowTitle(QStringLiteral("Preview"));
-    auto* pane = new QWidget;
-    auto* column = new QVBoxLayout(pane);
-    column->setContentsMargins(4, 4, 4, 4);
-    m_selected = new QLabel(pane);
-    m_selected->setObjectName(QStringLiteral("lblSelected"));
-    m_selected->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A long name must not widen the side bar: the grid would move under the pointer between
-    // the two clicks of a double click and open the picture beside the one clicked.
-    m_selected->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_preview = new ucImgPreview(pane);
-    m_preview->setObjectName(QStringLiteral("ucPreview"));
-    m_preview->setMinimumSize(60, 60);
-    column->addWidget(m_selected);
-    column->addWidget(m_preview, 1);
-    m_sideBar->setContentWidget(pane);
+    m_previewPane = new PreviewPane(4);
+    m_preview = m_previewPane->Preview();
+    m_sideBar->setContentWidget(m_previewPane);
 
     m_addressBar = addToolBar(QStringLiteral("Address"));
     m_addressBar->setObjectName(QStringLiteral("tlbAddress"));
@@ -437,7 +426,7 @@ void frmThumbnails::listed()
 
     if (m_count < 1) {
         m_preview->setFileName({});
-        m_selected->setText(QStringLiteral("-"));
+        m_previewPane->setCaption(QStringLiteral("-"));
         if (ucCoolProg* strip = Utilities::StatusStrip())
             strip->setMax(0);
         Utilities::SetStatus(QStringLiteral("No Images"));
@@ -447,7 +436,7 @@ void frmThumbnails::listed()
     }
 
     m_preview->setFileName({});
-    m_selected->setText(QStringLiteral("..."));
+    m_previewPane->setCaption(QStringLiteral("..."));
     if (ucCoolProg* strip = Utilities::StatusStrip())
         strip->setMax(m_count);
 
@@ -592,9 +581,8 @@ void frmThumbnails::select(int index)
     if (index >= 0 && index < cells && !m_grid->isCellHidden(index)) {
         const QString path = m_cells[size_t(index)].path;
         m_current = index;
-        m_selected->setText(Utilities::FileNameOf(path) + QStringLiteral(" (Item ") + QString::number(index + 1) +
-                            QLatin1Char(')'));
-        m_selected->setToolTip(m_selected->text());
+        m_previewPane->setCaption(Utilities::FileNameOf(path) + QStringLiteral(" (Item ") +
+                                  QString::number(index + 1) + QLatin1Char(')'));
         m_preview->setFileName(path);
     }
     m_busy = false;
@@ -651,8 +639,8 @@ void frmThumbnails::DeleteItems()
     m_grid->setChecked(index, false);
     m_current = -1;
 
-    m_selected->clear();
-    for (int next = index + 1; m_selected->text().isEmpty() && next <= 100; ++next)
+    m_previewPane->setCaption({});
+    for (int next = index + 1; m_previewPane->Caption()->text().isEmpty() && next <= 100; ++next)
         select(next);
     m_count = qMax(0, m_count - 1);
     showImagesCount();
@@ -957,4 +945,9 @@ void frmThumbnails::closeEvent(QCloseEvent* event)
     }
     Utilities::SaveWindowState(parentWidget() ? parentWidget() : this);
     QMainWindow::closeEvent(event);
+}
+
+QLabel* frmThumbnails::lblSelected() const
+{
+    return m_previewPane->Caption();
 }

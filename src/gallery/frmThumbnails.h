@@ -13,6 +13,7 @@
 #include <vector>
 
 class QLabel;
+class PreviewPane;
 class QScrollBar;
 class QToolBar;
 class ThumbGrid;
@@ -87,7 +88,7 @@ public:
     ThumbGrid* picFrame() const { return m_grid; }
     QScrollBar* sbSlide() const { return m_scroll; }
     ucImgPreview* ucPreview() const { return m_preview; }
-    QLabel* lblSelected() const { return m_selected; }
+    QLabel* lblSelected() const;
     ucTxtAddress* txtAddress() const { return m_address; }
     ucFolders* folderBar() const { return m_folders; }
     ucSideBar* sideBar() const { return m_sideBar; }
@@ -156,7 +157,7 @@ private:
     ThumbGrid* m_grid = nullptr;
     QScrollBar* m_scroll = nullptr;
     ucImgPreview* m_preview = nullptr;
-    QLabel* m_selected = nullptr;
+    PreviewPane* m_previewPane = nullptr;
     ucTxtAddress* m_address = nullptr;
     ucFolders* m_folders = nullptr;
     ucSideBar* m_sideBar = nullptr;
