@@ -253,79 +253,6 @@ private Q_SLOTS:
         QVERIFY(qint64(image.width()) * image.height() <= 64ll * 1024 * 1024);
     }
 
-    void objects_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QRgb>("fill");
-        Writer reused;
-        // Red in slot 0, blue in 1; deleting 0 frees it for green.
-        reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1});
-        reused.solidBrush(Green).select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("lowest free slot reused") << reused.plain() << Green;
-        Writer deleted;
-        deleted.nullPen().solidBrush(Red).select(0).select(1).record(0x01F0, {1}).select(1);
-        deleted.rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("selecting a deleted slot keeps the brush") << deleted.plain() << Red;
-        Writer nullBrush;
-        nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0}).select(0).select(1);
-        nullBrush.rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("null brush and pen leave white") << nullBrush.plain() << White;
-        Writer restored;
-        restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
-        restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("restoring the state brings the brush back") << restored.plain() << Red;
-        Writer pen;
-        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
-        pen.select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("wide pen outlines") << pen.plain() << Blue;
-        Writer unknown;
-        unknown.nullPen()
-            .record(0x0999, {1, 2, 3, 4, 5})
-            .solidBrush(Red)
-            .record(0x0626, {15, 4}, "abcd");
-        unknown.select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("unknown records skipped") << unknown.plain() << Red;
-    }
-    void objects()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(QRgb, fill);
-        const QImage image = MetafilePlayer::Render(data, {});
-        QVERIFY(!image.isNull());
-        QVERIFY2(isColour(image, QPoint(10, 50), fill),
-                 qPrintable(QString::number(image.pixel(10, 50), 16)));
-    }
-
-    void polygons_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QRgb>("centre");
-        QTest::addColumn<QRgb>("edge");
-        auto twoSquares = [](int fillMode) {
-            Writer w;
-            w.nullPen().solidBrush(Red).select(0).select(1).record(0x0106, {fillMode});
-            w.record(0x0538,
-                     {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
-            return w.eof().plain();
-        };
-        QTest::newRow("alternate fill leaves the hole") << twoSquares(1) << White << Red;
-        QTest::newRow("winding fill fills the hole") << twoSquares(2) << Red << Red;
-        Writer triangle;
-        triangle.nullPen().solidBrush(Blue).select(0).select(1);
-        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
-        QTest::newRow("triangle filled, corners empty") << triangle.plain() << Blue << White;
-    }
-    void polygons()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(QRgb, centre);
-        QFETCH(QRgb, edge);
-        const QImage image = MetafilePlayer::Render(data, {});
-        QCOMPARE(image.size(), QSize(100, 100));
-        QVERIFY(isColour(image, QPoint(50, 60), centre));
-        QVERIFY(isColour(image, QPoint(10, 90), edge));
-    }
-
     void text_data()
     {
         QTest::addColumn<QByteArray>("data");
@@ -422,66 +349,118 @@ private Q_SLOTS:
         QVERIFY(isColour(image, QPoint(3 * q, 3 * q), White));
     }
 
-    // Arcs and clipping: a red fill that covers one point and leaves another white.
+    // Objects, polygons, arcs and clipping: the colour found at two points of a 100 x 100 picture.
     void fills_data()
     {
         QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QPoint>("filled");
-        QTest::addColumn<QPoint>("empty");
+        QTest::addColumn<QPoint>("first");
+        QTest::addColumn<QRgb>("firstColour");
+        QTest::addColumn<QPoint>("second");
+        QTest::addColumn<QRgb>("secondColour");
+        const auto square = [](Writer w) {
+            return w.select(0).select(1).rectangle(0, 0, 100, 100).eof().plain();
+        };
+        const auto whole = [](const char* tag, const QByteArray& data, QRgb colour) {
+            QTest::newRow(tag) << data << QPoint(10, 50) << colour << QPoint(90, 50) << colour;
+        };
+        Writer reused;
+        // Red in slot 0, blue in 1; deleting 0 frees it for green.
+        reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1}).solidBrush(Green);
+        whole("lowest free slot reused", square(reused), Green);
+        Writer deleted;
+        deleted.nullPen().solidBrush(Red).select(0).select(1).record(0x01F0, {1});
+        whole("selecting a deleted slot keeps the brush", square(deleted), Red);
+        Writer nullBrush;
+        nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0});
+        whole("null brush and pen leave white", square(nullBrush), White);
+        Writer restored;
+        restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
+        restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
+        whole("restoring the state brings the brush back", restored.plain(), Red);
+        Writer pen;
+        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
+        whole("wide pen outlines", square(pen), Blue);
+        Writer unknown;
+        unknown.nullPen().record(0x0999, {1, 2, 3, 4, 5}).solidBrush(Red);
+        unknown.record(0x0626, {15, 4}, "abcd");
+        whole("unknown records skipped", square(unknown), Red);
+
+        auto twoSquares = [](int fillMode) {
+            Writer w;
+            w.nullPen().solidBrush(Red).select(0).select(1).record(0x0106, {fillMode});
+            w.record(0x0538,
+                     {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
+            return w.eof().plain();
+        };
+        QTest::newRow("alternate fill leaves the hole")
+            << twoSquares(1) << QPoint(50, 60) << White << QPoint(10, 90) << Red;
+        QTest::newRow("winding fill fills the hole")
+            << twoSquares(2) << QPoint(50, 60) << Red << QPoint(10, 90) << Red;
+        Writer triangle;
+        triangle.nullPen().solidBrush(Blue).select(0).select(1);
+        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
+        QTest::newRow("triangle filled, corners empty")
+            << triangle.plain() << QPoint(50, 60) << Blue << QPoint(10, 90) << White;
+
+        // A red fill that covers the first point and leaves the second white.
         Writer red;
         red.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        const auto row = [](const char* tag, const QByteArray& data, QPoint filled, QPoint empty) {
+            QTest::newRow(tag) << data << filled << Red << empty << White;
+        };
         auto arc = [&](quint16 function, QPoint start, QPoint end) {
             return Writer(red)
                 .record(function, {end.y(), end.x(), start.y(), start.x(), 100, 100, 0, 0})
                 .eof()
                 .plain();
         };
-        QTest::newRow("pie east to north")
-            << arc(0x081A, {100, 50}, {50, 0}) << QPoint(70, 30) << QPoint(30, 70);
-        QTest::newRow("pie north to east goes the long way")
-            << arc(0x081A, {50, 0}, {100, 50}) << QPoint(30, 70) << QPoint(70, 30);
-        QTest::newRow("chord west to east is the lower half")
-            << arc(0x0830, {0, 50}, {100, 50}) << QPoint(50, 75) << QPoint(50, 25);
-        QTest::newRow("intersect clip keeps the fill inside")
-            << Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(40, 40) << QPoint(10, 10);
-        QTest::newRow("exclude clip leaves a hole")
-            << Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(10, 10) << QPoint(40, 40);
-        Writer restored(red);
-        restored.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
-        QTest::newRow("restoring the state undoes the clip")
-            << restored.rectangle(0, 0, 50, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+        row("pie east to north", arc(0x081A, {100, 50}, {50, 0}), {70, 30}, {30, 70});
+        row("pie north to east goes the long way", arc(0x081A, {50, 0}, {100, 50}), {30, 70},
+            {70, 30});
+        row("chord west to east is the lower half", arc(0x0830, {0, 50}, {100, 50}), {50, 75},
+            {50, 25});
+        row("intersect clip keeps the fill inside",
+            Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
+            {40, 40}, {10, 10});
+        row("exclude clip leaves a hole",
+            Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
+            {10, 10}, {40, 40});
+        Writer restoredClip(red);
+        restoredClip.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
+        row("restoring the state undoes the clip",
+            restoredClip.rectangle(0, 0, 50, 100).eof().plain(), {10, 10}, {75, 50});
         Writer region(red);
         region.region(0, 100, {0, 20, 60, 80});
-        QTest::newRow("selected clip region of two rectangles")
-            << Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(70, 50) << QPoint(40, 50);
-        QTest::newRow("region selected as an object clips too")
-            << Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 50)
-            << QPoint(90, 50);
+        row("selected clip region of two rectangles",
+            Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain(), {70, 50},
+            {40, 50});
+        row("region selected as an object clips too",
+            Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain(), {10, 50}, {90, 50});
         Writer offset(red);
         offset.record(0x0416, {20, 20, 0, 0}).record(0x0220, {40, 40});
-        QTest::newRow("offset moves the clip")
-            << offset.rectangle(0, 0, 100, 100).eof().plain() << QPoint(50, 50) << QPoint(10, 10);
+        row("offset moves the clip", offset.rectangle(0, 0, 100, 100).eof().plain(), {50, 50},
+            {10, 10});
         Writer logical = anisotropic();
         logical.nullPen().solidBrush(Red).select(0).select(1).record(0x0416, {150, 200, 100, 150});
-        QTest::newRow("clip in logical units")
-            << logical.rectangle(100, 100, 300, 200).eof().plain() << QPoint(150, 50)
-            << QPoint(250, 50);
+        row("clip in logical units", logical.rectangle(100, 100, 300, 200).eof().plain(), {150, 50},
+            {250, 50});
         Writer broken(red);
         broken.rectangle(0, 0, 50, 100).record(0x06FF, {0, 6, 0, 0, 40, 1, 2, 0, 0, 9, 9, 0xFFFF});
-        QTest::newRow("region cut short stops playback")
-            << broken.rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+        row("region cut short stops playback", broken.rectangle(0, 0, 100, 100).eof().plain(),
+            {10, 10}, {75, 50});
     }
     void fills()
     {
         QFETCH(QByteArray, data);
-        QFETCH(QPoint, filled);
-        QFETCH(QPoint, empty);
+        QFETCH(QPoint, first);
+        QFETCH(QRgb, firstColour);
+        QFETCH(QPoint, second);
+        QFETCH(QRgb, secondColour);
         const QImage image = MetafilePlayer::Render(data, {});
-        QVERIFY(isColour(image, filled, Red));
-        QVERIFY(isColour(image, empty, White));
+        QVERIFY2(isColour(image, first, firstColour),
+                 qPrintable(QString::number(image.pixel(first), 16)));
+        QVERIFY2(isColour(image, second, secondColour),
+                 qPrintable(QString::number(image.pixel(second), 16)));
     }
 
     void patterns_data()
