@@ -85,19 +85,6 @@ private Q_SLOTS:
         QVERIFY(!again.chkCenter->isChecked());
     }
 
-    void copiesSelectedOnFocus()
-    {
-        PageSetup::Current().Values[3] = 11;
-        frmPageSetup dialog;
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        dialog.cboSource->setFocus();
-        QTest::mouseClick(dialog.txtCopies, Qt::LeftButton, {}, QPoint(4, 4));
-        QTRY_COMPARE(dialog.txtCopies->selectedText(), QStringLiteral("12"));
-        QTest::keyClicks(dialog.txtCopies, QStringLiteral("4"));
-        QCOMPARE(dialog.txtCopies->text(), QStringLiteral("4"));
-    }
-
     void targetRect_data()
     {
         // A page of 8 x 10 inches at 300 dots per inch; 3780 dots per metre is 96 per inch.
