@@ -1,7 +1,6 @@
 #include "TestWorld.h"
 
 #include "controls/ucCoolButton.h"
-#include "controls/ucSmiley_Wink.h"
 #include "controls/ucToggleButton.h"
 
 #include <QPixmap>
@@ -71,23 +70,6 @@ private Q_SLOTS:
             }
         QVERIFY2(lightest - darkest > 120,
                  qPrintable(QStringLiteral("contrast %1").arg(lightest - darkest)));
-    }
-
-    // A wink ends with the eye open again; a visible smiley winks again after its interval,
-    // a hidden one stays still.
-    void smileyWinks()
-    {
-        ucSmiley_Wink smiley;
-        smiley.setInterval(50);
-        QSignalSpy finished(&smiley, &ucSmiley_Wink::WinkFinished);
-        smiley.show();
-        QVERIFY(finished.wait(3000));
-        QCOMPARE(smiley.Frame(), 0);
-        QVERIFY(!smiley.Winking());
-        QVERIFY(finished.wait(3000));
-        smiley.hide();
-        finished.clear();
-        QVERIFY(!finished.wait(300));
     }
 };
 

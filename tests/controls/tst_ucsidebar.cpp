@@ -176,18 +176,12 @@ private slots:
             << QString() << "code" << false << true << QString();
         QTest::newRow("False, code cannot roll it out") << "False"
                                                         << "code" << true << true << "False";
-        QTest::newRow("not a boolean") << "maybe"
-                                       << "code" << false << true << "maybe";
-        QTest::newRow("button rolls up") << "True"
-                                         << "button" << false << true << "False";
-        QTest::newRow("button rolls out") << "False"
-                                          << "button" << true << false << "True";
-        QTest::newRow("menu") << "False"
-                              << "menu" << true << false << "True";
-        QTest::newRow("strip") << "False"
-                               << "strip" << true << false << "True";
-        QTest::newRow("disabled") << "True"
-                                  << "disabled" << false << false << "True";
+        QTest::newRow("not a boolean") << "maybe" << "code" << false << true << "maybe";
+        QTest::newRow("button rolls up") << "True" << "button" << false << true << "False";
+        QTest::newRow("button rolls out") << "False" << "button" << true << false << "True";
+        QTest::newRow("menu") << "False" << "menu" << true << false << "True";
+        QTest::newRow("strip") << "False" << "strip" << true << false << "True";
+        QTest::newRow("disabled") << "True" << "disabled" << false << false << "True";
     }
 
     void storedState()

@@ -384,18 +384,10 @@ private slots:
         QTest::addColumn<QString>("offered");
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("result");
-        QTest::newRow("keeps the extension") << "beach.jpg"
-                                             << "beach"
-                                             << "sea"
-                                             << "sea.jpg";
-        QTest::newRow("four-letter extension offered whole") << "beach.jpeg"
-                                                             << "beach.jpeg"
-                                                             << "sea"
-                                                             << "seajpeg";
-        QTest::newRow("clash keeps both") << "beach.jpg"
-                                          << "beach"
-                                          << "other"
-                                          << "";
+        QTest::newRow("keeps the extension") << "beach.jpg" << "beach" << "sea" << "sea.jpg";
+        QTest::newRow("four-letter extension offered whole") << "beach.jpeg" << "beach.jpeg"
+                                                             << "sea" << "seajpeg";
+        QTest::newRow("clash keeps both") << "beach.jpg" << "beach" << "other" << "";
     }
 
     void renames()
