@@ -26,20 +26,6 @@ class tst_GalleryLayout : public QObject
     }
 
 private Q_SLOTS:
-    void boxForScale_data()
-    {
-        QTest::addColumn<int>("scale");
-        QTest::addColumn<int>("box");
-        QTest::newRow("smallest, also the default") << 1 << 40;
-        QTest::newRow("largest") << 10 << 220;
-    }
-    void boxForScale()
-    {
-        QFETCH(int, scale);
-        QFETCH(int, box);
-        QCOMPARE(BoxForScale(scale), box);
-    }
-
     void columns_data()
     {
         QTest::addColumn<int>("box");
