@@ -53,6 +53,9 @@ public:
         return record(0x041B, {bottom, right, top, left});
     }
     Writer& eof() { return record(0x0000, {}); }
+    // A null pen and a solid brush of the colour, both selected.
+    Writer& fill(QRgb rgb) { return nullPen().solidBrush(rgb).select(0).select(1); }
+    Writer& windowExt(int width, int height) { return record(0x020C, {height, width}); }
     Writer& palette(std::initializer_list<QRgb> colours)
     {
         QByteArray entries;
@@ -133,7 +136,7 @@ QByteArray paletteIndexedDib(QSize size, QList<int> table,
 Writer anisotropic()
 {
     Writer w;
-    w.record(0x0103, {8}).record(0x020B, {100, 100}).record(0x020C, {100, 200});
+    w.record(0x0103, {8}).record(0x020B, {100, 100}).windowExt(200, 100);
     w.record(0x020D, {0, 0}).record(0x020E, {200, 400});
     return w;
 }
@@ -163,7 +166,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("metafile");
         QTest::addColumn<QSize>("natural");
         Writer square;
-        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 10, 10).eof();
+        square.fill(Red).rectangle(0, 0, 10, 10).eof();
         QTest::newRow("placeable inch of 1440 twips")
             << square.placeable(1440, 720, 1440) << true << QSize(96, 48);
         QTest::newRow("plain sized by what it draws") << square.plain() << true << QSize(10, 10);
@@ -195,27 +198,26 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("inside");
         QTest::addColumn<QPoint>("outside");
         Writer viewport = anisotropic();
-        viewport.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
+        viewport.fill(Red).rectangle(150, 100, 200, 150).eof();
         QTest::newRow("anisotropic viewport twice the window")
             << viewport.plain() << QSize(400, 200) << QPoint(150, 50) << QPoint(50, 50);
         Writer textMode;
-        textMode.record(0x020C, {100, 200}).nullPen().solidBrush(Red).select(0).select(1);
-        textMode.rectangle(100, 0, 200, 100).eof();
+        textMode.windowExt(200, 100).fill(Red).rectangle(100, 0, 200, 100).eof();
         QTest::newRow("text mode sized by its window extent")
             << textMode.plain() << QSize(200, 100) << QPoint(150, 50) << QPoint(50, 50);
         Writer upward;
-        upward.record(0x0103, {8}).record(0x020B, {100, 0}).record(0x020C, {-100, 100});
-        upward.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 50, 50).eof();
+        upward.record(0x0103, {8}).record(0x020B, {100, 0}).windowExt(100, -100);
+        upward.fill(Red).rectangle(0, 0, 50, 50).eof();
         QTest::newRow("window with the y axis upwards")
             << upward.plain() << QSize(100, 100) << QPoint(25, 75) << QPoint(25, 25);
         Writer metric;
-        metric.record(0x0103, {4}).nullPen().solidBrush(Red).select(0).select(1);
+        metric.record(0x0103, {4}).fill(Red);
         metric.rectangle(0, 0, 100, -100).rectangle(100, -100, 110, -110).eof();
         QTest::newRow("hundredths of an inch at 96 dpi")
             << metric.plain() << QSize(106, 106) << QPoint(50, 50) << QPoint(100, 50);
         Writer bbox;
-        bbox.record(0x0103, {8}).record(0x020B, {50, 50}).record(0x020C, {100, 100});
-        bbox.nullPen().solidBrush(Red).select(0).select(1).rectangle(50, 50, 100, 100).eof();
+        bbox.record(0x0103, {8}).record(0x020B, {50, 50}).windowExt(100, 100);
+        bbox.fill(Red).rectangle(50, 50, 100, 100).eof();
         QTest::newRow("placeable window fills the bounding box")
             << bbox.placeable(100, 100, 96) << QSize(100, 100) << QPoint(25, 25) << QPoint(75, 75);
     }
@@ -230,16 +232,11 @@ private Q_SLOTS:
         QCOMPARE(image.size(), natural);
         QVERIFY(isColour(image, inside, Red));
         QVERIFY(isColour(image, outside, White));
-    }
-
-    void fittedRenderKeepsProportions()
-    {
-        Writer w = anisotropic();
-        w.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
-        const QImage image = MetafilePlayer::Render(w.plain(), QSize(100, 100));
-        QCOMPARE(image.size(), QSize(100, 50));
-        QVERIFY(isColour(image, QPoint(37, 12), Red));
-        QVERIFY(isColour(image, QPoint(80, 40), White));
+        // Fitted into a box of half the width, it keeps its proportions.
+        const QImage half = MetafilePlayer::Render(data, {natural.width() / 2, natural.height()});
+        QCOMPARE(half.size(), natural / 2);
+        QVERIFY(isColour(half, inside / 2, Red));
+        QVERIFY(isColour(half, outside / 2, White));
     }
 
     void hugePictureIsCapped()
@@ -257,9 +254,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("data");
         Writer font;
-        font.record(0x020C, {100, 300})
-            .record(0x02FB, {quint16(-40), 0, 0, 0, 700, 0, 0, 0, 0},
-                    QByteArray("DejaVu Sans", 12));
+        font.windowExt(300, 100).record(0x02FB, {quint16(-40), 0, 0, 0, 700, 0, 0, 0, 0},
+                                        QByteArray("DejaVu Sans", 12));
         font.select(0).record(0x0102, {1});
         Writer textOut = font;
         textOut.record(0x0521, {4}, QByteArray("HHHH") + QByteArray("\x1e\0\x0a\0", 4)).eof();
@@ -299,19 +295,19 @@ private Q_SLOTS:
         const QByteArray bits = dib(picture);
         // The raster operation SRCCOPY is 0x00CC0020.
         Writer stretchDib;
-        stretchDib.record(0x020C, {100, 100});
+        stretchDib.windowExt(100, 100);
         stretchDib.record(0x0F43, {0x20, 0xCC, 0, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
         QTest::newRow("StretchDIB") << stretchDib.plain();
         Writer dibStretchBlt;
-        dibStretchBlt.record(0x020C, {100, 100});
+        dibStretchBlt.windowExt(100, 100);
         dibStretchBlt.record(0x0B41, {0x20, 0xCC, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
         QTest::newRow("DIBStretchBlt") << dibStretchBlt.plain();
         Writer bitBlt;
-        bitBlt.record(0x020B, {0, 0}).record(0x020C, {2, 2});
+        bitBlt.record(0x020B, {0, 0}).windowExt(2, 2);
         bitBlt.record(0x0940, {0x20, 0xCC, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("DIBBitBlt") << bitBlt.placeable(2, 2, 2); // one unit is 48 pixels
         Writer toDevice;
-        toDevice.record(0x020C, {2, 2}).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
+        toDevice.windowExt(2, 2).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("SetDIBitsToDevice") << toDevice.placeable(2, 2, 2);
 
         // Pixel values 0 to 3 in reading order, mapped through the colour table to palette slots.
@@ -321,17 +317,17 @@ private Q_SLOTS:
         Writer palette;
         palette.palette({White, Blue, Red, Green}).record(0x0234, {0}).record(0x0035, {});
         Writer paletteStretch = palette;
-        paletteStretch.record(0x020C, {100, 100});
+        paletteStretch.windowExt(100, 100);
         paletteStretch.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
                               indexed({2, 3, 1, 0}));
         QTest::newRow("StretchDIB with palette indices") << paletteStretch.eof().plain();
         Writer paletteToDevice = palette;
-        paletteToDevice.record(0x020C, {2, 2});
+        paletteToDevice.windowExt(2, 2);
         paletteToDevice.record(0x0D33, {1, 2, 0, 0, 0, 2, 2, 0, 0}, indexed({2, 3, 1, 0}));
         QTest::newRow("SetDIBitsToDevice with palette indices")
             << paletteToDevice.eof().placeable(2, 2, 2);
         Writer systemPalette;
-        systemPalette.record(0x020C, {100, 100});
+        systemPalette.windowExt(100, 100);
         systemPalette.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
                              indexed({13, 2, 16, 19}));
         QTest::newRow("palette indices without a palette take the default colours")
@@ -368,7 +364,7 @@ private Q_SLOTS:
         reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1}).solidBrush(Green);
         whole("lowest free slot reused", square(reused), Green);
         Writer deleted;
-        deleted.nullPen().solidBrush(Red).select(0).select(1).record(0x01F0, {1});
+        deleted.fill(Red).record(0x01F0, {1});
         whole("selecting a deleted slot keeps the brush", square(deleted), Red);
         Writer nullBrush;
         nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0});
@@ -387,7 +383,7 @@ private Q_SLOTS:
 
         auto twoSquares = [](int fillMode) {
             Writer w;
-            w.nullPen().solidBrush(Red).select(0).select(1).record(0x0106, {fillMode});
+            w.fill(Red).record(0x0106, {fillMode});
             w.record(0x0538,
                      {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
             return w.eof().plain();
@@ -397,14 +393,14 @@ private Q_SLOTS:
         QTest::newRow("winding fill fills the hole")
             << twoSquares(2) << QPoint(50, 60) << Red << QPoint(10, 90) << Red;
         Writer triangle;
-        triangle.nullPen().solidBrush(Blue).select(0).select(1);
+        triangle.fill(Blue);
         triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
         QTest::newRow("triangle filled, corners empty")
             << triangle.plain() << QPoint(50, 60) << Blue << QPoint(10, 90) << White;
 
         // A red fill that covers the first point and leaves the second white.
         Writer red;
-        red.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        red.windowExt(100, 100).fill(Red);
         const auto row = [](const char* tag, const QByteArray& data, QPoint filled, QPoint empty) {
             QTest::newRow(tag) << data << filled << Red << empty << White;
         };
@@ -441,7 +437,7 @@ private Q_SLOTS:
         row("offset moves the clip", offset.rectangle(0, 0, 100, 100).eof().plain(), {50, 50},
             {10, 10});
         Writer logical = anisotropic();
-        logical.nullPen().solidBrush(Red).select(0).select(1).record(0x0416, {150, 200, 100, 150});
+        logical.fill(Red).record(0x0416, {150, 200, 100, 150});
         row("clip in logical units", logical.rectangle(100, 100, 300, 200).eof().plain(), {150, 50},
             {250, 50});
         Writer broken(red);
@@ -477,7 +473,7 @@ private Q_SLOTS:
         };
         // Monochrome patterns draw their 0 bits in the text colour, their 1 bits in the background.
         Writer colours;
-        colours.record(0x020C, {100, 100}).nullPen().select(0);
+        colours.windowExt(100, 100).nullPen().select(0);
         colours.record(0x0209, {}, Writer::colour(Red)).record(0x0201, {}, Writer::colour(Blue));
         QByteArray rows;
         for (int y = 0; y < 8; ++y)
@@ -523,7 +519,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("data");
         QTest::addColumn<bool>("drawsFirstSquare");
         Writer square;
-        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 100, 100);
+        square.fill(Red).rectangle(0, 0, 100, 100);
         auto after = [&](const QByteArray& bytes) { return Writer(square).raw(bytes).plain(); };
         QTest::newRow("size of zero")
             << after(QByteArray("\0\0\0\0\x1b\x04", 6) + QByteArray(8, 'x')) << true;
@@ -555,7 +551,7 @@ private Q_SLOTS:
         }
         QTest::newRow("object and state churn") << churn.plain() << true;
         Writer farOut;
-        farOut.record(0x020C, {6, 1}).record(0x0418, {32767, 32767, -32768, -32768});
+        farOut.windowExt(1, 6).record(0x0418, {32767, 32767, -32768, -32768});
         QByteArray zigzag = QByteArray::fromHex("ff7f0080008000800080ff7fff7fff7f").repeated(100);
         farOut.record(0x0324, {200}, zigzag).record(0x02FA, {0, 32767, 0, 0, 0}).select(0);
         farOut.record(0x0214, {-32768, -32768}).record(0x0213, {32767, 32767});
