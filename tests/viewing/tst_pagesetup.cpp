@@ -141,9 +141,6 @@ private Q_SLOTS:
         QTest::newRow("landscape, stretched, centred, two copies")
             << QList<int>{0, 1, 0, 1} << true << 2 << true << QList<QPointF>{{0.5, 0.5}}
             << QList<QPointF>{{0.5, 0.06}, {0.5, 0.94}};
-        QTest::newRow("landscape, stretched, top left")
-            << QList<int>{0, 1, 4, 0} << false << 1 << true << QList<QPointF>{{0.5, 0.3}}
-            << QList<QPointF>{{0.5, 0.9}};
         QTest::newRow("portrait, 2 x 1 inches, empty copies box prints one")
             << QList<int>{1, 0, 0, -1} << false << 1 << false << QList<QPointF>{{0.12, 0.05}}
             << QList<QPointF>{{0.5, 0.05}, {0.12, 0.2}};
