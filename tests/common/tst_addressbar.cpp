@@ -209,24 +209,21 @@ private Q_SLOTS:
     void specialFolderButtons_data()
     {
         QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("text");
         QTest::addColumn<int>("location");
-        QTest::newRow("desktop") << 3 << "Desktop" << int(QStandardPaths::DesktopLocation);
-        QTest::newRow("documents") << 4 << "My Documents" << int(QStandardPaths::DocumentsLocation);
-        QTest::newRow("pictures") << 5 << "My Pictures" << int(QStandardPaths::PicturesLocation);
+        QTest::newRow("desktop") << 3 << int(QStandardPaths::DesktopLocation);
+        QTest::newRow("documents") << 4 << int(QStandardPaths::DocumentsLocation);
+        QTest::newRow("pictures") << 5 << int(QStandardPaths::PicturesLocation);
     }
     void specialFolderButtons()
     {
         QFETCH(int, index);
-        QFETCH(QString, text);
         QFETCH(int, location);
         ucFolders bar;
         QSignalSpy changed(&bar, &ucFolders::FolderChanged);
-        QCOMPARE(bar.Button(index)->text(), text);
         bar.Button(index)->trigger();
         const auto where = QStandardPaths::StandardLocation(location);
-        const QString folder = QStandardPaths::writableLocation(where);
-        QCOMPARE(changed.value(0).value(0).toString(), folder + u'/');
+        QCOMPARE(changed.value(0).value(0).toString(),
+                 QStandardPaths::writableLocation(where) + u'/');
     }
 };
 

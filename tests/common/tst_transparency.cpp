@@ -11,26 +11,6 @@ class tst_Transparency : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void applyOpacity_data()
-    {
-        QTest::addColumn<int>("opacity");
-        QTest::addColumn<double>("expected");
-        QTest::newRow("invisible") << 0 << 0.0;
-        QTest::newRow("half way") << 125 << 0.49;
-        QTest::newRow("250 is fully opaque") << 250 << 1.0;
-    }
-    void applyOpacity()
-    {
-        QFETCH(int, opacity);
-        QFETCH(double, expected);
-        QWidget window;
-        window.show();
-        // Start from a blended state, so "opaque" has to undo it.
-        modTransparency::ApplyOpacity(&window, 40);
-        modTransparency::ApplyOpacity(&window, opacity);
-        QVERIFY(qAbs(window.windowOpacity() - expected) < 0.01);
-    }
-
     void fadeInEndsOpaqueAndShown()
     {
         QWidget window;

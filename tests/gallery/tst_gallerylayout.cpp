@@ -4,7 +4,6 @@
 #include "gallery/ThumbGrid.h"
 
 #include <QMimeData>
-#include <QWheelEvent>
 
 using namespace GalleryLayout;
 
@@ -26,20 +25,6 @@ class tst_GalleryLayout : public QObject
     }
 
 private Q_SLOTS:
-    void boxForScale_data()
-    {
-        QTest::addColumn<int>("scale");
-        QTest::addColumn<int>("box");
-        QTest::newRow("smallest, also the default") << 1 << 40;
-        QTest::newRow("largest") << 10 << 220;
-    }
-    void boxForScale()
-    {
-        QFETCH(int, scale);
-        QFETCH(int, box);
-        QCOMPARE(BoxForScale(scale), box);
-    }
-
     void columns_data()
     {
         QTest::addColumn<int>("box");
@@ -247,18 +232,11 @@ private Q_SLOTS:
         QCOMPARE(grid.checkedCount(), 0);
     }
 
-    void wheelAndDrop()
+    // Only local files are taken from a drop.
+    void dropTakesLocalFiles()
     {
         ThumbGrid grid;
         showGrid(grid, 7);
-        QSignalSpy wheeled(&grid, &ThumbGrid::WheelScrolled);
-        QWheelEvent down(QPointF(50, 50), grid.mapToGlobal(QPointF(50, 50)), QPoint(),
-                         QPoint(0, -120), Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&grid, &down);
-        QCOMPARE(wheeled.count(), 1);
-        // A notch toward the user moves three small changes (half of box 100) down the canvas.
-        QCOMPARE(wheeled.at(0).at(0).toInt(), -150);
-
         QSignalSpy dropped(&grid, &ThumbGrid::FilesDropped);
         const QUrl local = QUrl::fromLocalFile(property("worldPath").toString() + "/a.jpg");
         QMimeData mime;

@@ -53,6 +53,9 @@ public:
         return record(0x041B, {bottom, right, top, left});
     }
     Writer& eof() { return record(0x0000, {}); }
+    // A null pen and a solid brush of the colour, both selected.
+    Writer& fill(QRgb rgb) { return nullPen().solidBrush(rgb).select(0).select(1); }
+    Writer& windowExt(int width, int height) { return record(0x020C, {height, width}); }
     Writer& palette(std::initializer_list<QRgb> colours)
     {
         QByteArray entries;
@@ -133,7 +136,7 @@ QByteArray paletteIndexedDib(QSize size, QList<int> table,
 Writer anisotropic()
 {
     Writer w;
-    w.record(0x0103, {8}).record(0x020B, {100, 100}).record(0x020C, {100, 200});
+    w.record(0x0103, {8}).record(0x020B, {100, 100}).windowExt(200, 100);
     w.record(0x020D, {0, 0}).record(0x020E, {200, 400});
     return w;
 }
@@ -163,7 +166,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("metafile");
         QTest::addColumn<QSize>("natural");
         Writer square;
-        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 10, 10).eof();
+        square.fill(Red).rectangle(0, 0, 10, 10).eof();
         QTest::newRow("placeable inch of 1440 twips")
             << square.placeable(1440, 720, 1440) << true << QSize(96, 48);
         QTest::newRow("plain sized by what it draws") << square.plain() << true << QSize(10, 10);
@@ -195,27 +198,26 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("inside");
         QTest::addColumn<QPoint>("outside");
         Writer viewport = anisotropic();
-        viewport.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
+        viewport.fill(Red).rectangle(150, 100, 200, 150).eof();
         QTest::newRow("anisotropic viewport twice the window")
             << viewport.plain() << QSize(400, 200) << QPoint(150, 50) << QPoint(50, 50);
         Writer textMode;
-        textMode.record(0x020C, {100, 200}).nullPen().solidBrush(Red).select(0).select(1);
-        textMode.rectangle(100, 0, 200, 100).eof();
+        textMode.windowExt(200, 100).fill(Red).rectangle(100, 0, 200, 100).eof();
         QTest::newRow("text mode sized by its window extent")
             << textMode.plain() << QSize(200, 100) << QPoint(150, 50) << QPoint(50, 50);
         Writer upward;
-        upward.record(0x0103, {8}).record(0x020B, {100, 0}).record(0x020C, {-100, 100});
-        upward.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 50, 50).eof();
+        upward.record(0x0103, {8}).record(0x020B, {100, 0}).windowExt(100, -100);
+        upward.fill(Red).rectangle(0, 0, 50, 50).eof();
         QTest::newRow("window with the y axis upwards")
             << upward.plain() << QSize(100, 100) << QPoint(25, 75) << QPoint(25, 25);
         Writer metric;
-        metric.record(0x0103, {4}).nullPen().solidBrush(Red).select(0).select(1);
+        metric.record(0x0103, {4}).fill(Red);
         metric.rectangle(0, 0, 100, -100).rectangle(100, -100, 110, -110).eof();
         QTest::newRow("hundredths of an inch at 96 dpi")
             << metric.plain() << QSize(106, 106) << QPoint(50, 50) << QPoint(100, 50);
         Writer bbox;
-        bbox.record(0x0103, {8}).record(0x020B, {50, 50}).record(0x020C, {100, 100});
-        bbox.nullPen().solidBrush(Red).select(0).select(1).rectangle(50, 50, 100, 100).eof();
+        bbox.record(0x0103, {8}).record(0x020B, {50, 50}).windowExt(100, 100);
+        bbox.fill(Red).rectangle(50, 50, 100, 100).eof();
         QTest::newRow("placeable window fills the bounding box")
             << bbox.placeable(100, 100, 96) << QSize(100, 100) << QPoint(25, 25) << QPoint(75, 75);
     }
@@ -230,16 +232,11 @@ private Q_SLOTS:
         QCOMPARE(image.size(), natural);
         QVERIFY(isColour(image, inside, Red));
         QVERIFY(isColour(image, outside, White));
-    }
-
-    void fittedRenderKeepsProportions()
-    {
-        Writer w = anisotropic();
-        w.nullPen().solidBrush(Red).select(0).select(1).rectangle(150, 100, 200, 150).eof();
-        const QImage image = MetafilePlayer::Render(w.plain(), QSize(100, 100));
-        QCOMPARE(image.size(), QSize(100, 50));
-        QVERIFY(isColour(image, QPoint(37, 12), Red));
-        QVERIFY(isColour(image, QPoint(80, 40), White));
+        // Fitted into a box of half the width, it keeps its proportions.
+        const QImage half = MetafilePlayer::Render(data, {natural.width() / 2, natural.height()});
+        QCOMPARE(half.size(), natural / 2);
+        QVERIFY(isColour(half, inside / 2, Red));
+        QVERIFY(isColour(half, outside / 2, White));
     }
 
     void hugePictureIsCapped()
@@ -253,86 +250,12 @@ private Q_SLOTS:
         QVERIFY(qint64(image.width()) * image.height() <= 64ll * 1024 * 1024);
     }
 
-    void objects_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QRgb>("fill");
-        Writer reused;
-        // Red in slot 0, blue in 1; deleting 0 frees it for green.
-        reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1});
-        reused.solidBrush(Green).select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("lowest free slot reused") << reused.plain() << Green;
-        Writer deleted;
-        deleted.nullPen().solidBrush(Red).select(0).select(1).record(0x01F0, {1}).select(1);
-        deleted.rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("selecting a deleted slot keeps the brush") << deleted.plain() << Red;
-        Writer nullBrush;
-        nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0}).select(0).select(1);
-        nullBrush.rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("null brush and pen leave white") << nullBrush.plain() << White;
-        Writer restored;
-        restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
-        restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("restoring the state brings the brush back") << restored.plain() << Red;
-        Writer pen;
-        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
-        pen.select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("wide pen outlines") << pen.plain() << Blue;
-        Writer unknown;
-        unknown.nullPen()
-            .record(0x0999, {1, 2, 3, 4, 5})
-            .solidBrush(Red)
-            .record(0x0626, {15, 4}, "abcd");
-        unknown.select(0).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("unknown records skipped") << unknown.plain() << Red;
-    }
-    void objects()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(QRgb, fill);
-        const QImage image = MetafilePlayer::Render(data, {});
-        QVERIFY(!image.isNull());
-        QVERIFY2(isColour(image, QPoint(10, 50), fill),
-                 qPrintable(QString::number(image.pixel(10, 50), 16)));
-    }
-
-    void polygons_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QRgb>("centre");
-        QTest::addColumn<QRgb>("edge");
-        auto twoSquares = [](int fillMode) {
-            Writer w;
-            w.nullPen().solidBrush(Red).select(0).select(1).record(0x0106, {fillMode});
-            w.record(0x0538,
-                     {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
-            return w.eof().plain();
-        };
-        QTest::newRow("alternate fill leaves the hole") << twoSquares(1) << White << Red;
-        QTest::newRow("winding fill fills the hole") << twoSquares(2) << Red << Red;
-        Writer triangle;
-        triangle.nullPen().solidBrush(Blue).select(0).select(1);
-        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
-        QTest::newRow("triangle filled, corners empty") << triangle.plain() << Blue << White;
-    }
-    void polygons()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(QRgb, centre);
-        QFETCH(QRgb, edge);
-        const QImage image = MetafilePlayer::Render(data, {});
-        QCOMPARE(image.size(), QSize(100, 100));
-        QVERIFY(isColour(image, QPoint(50, 60), centre));
-        QVERIFY(isColour(image, QPoint(10, 90), edge));
-    }
-
     void text_data()
     {
         QTest::addColumn<QByteArray>("data");
         Writer font;
-        font.record(0x020C, {100, 300})
-            .record(0x02FB, {quint16(-40), 0, 0, 0, 700, 0, 0, 0, 0},
-                    QByteArray("DejaVu Sans", 12));
+        font.windowExt(300, 100).record(0x02FB, {quint16(-40), 0, 0, 0, 700, 0, 0, 0, 0},
+                                        QByteArray("DejaVu Sans", 12));
         font.select(0).record(0x0102, {1});
         Writer textOut = font;
         textOut.record(0x0521, {4}, QByteArray("HHHH") + QByteArray("\x1e\0\x0a\0", 4)).eof();
@@ -372,19 +295,19 @@ private Q_SLOTS:
         const QByteArray bits = dib(picture);
         // The raster operation SRCCOPY is 0x00CC0020.
         Writer stretchDib;
-        stretchDib.record(0x020C, {100, 100});
+        stretchDib.windowExt(100, 100);
         stretchDib.record(0x0F43, {0x20, 0xCC, 0, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
         QTest::newRow("StretchDIB") << stretchDib.plain();
         Writer dibStretchBlt;
-        dibStretchBlt.record(0x020C, {100, 100});
+        dibStretchBlt.windowExt(100, 100);
         dibStretchBlt.record(0x0B41, {0x20, 0xCC, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
         QTest::newRow("DIBStretchBlt") << dibStretchBlt.plain();
         Writer bitBlt;
-        bitBlt.record(0x020B, {0, 0}).record(0x020C, {2, 2});
+        bitBlt.record(0x020B, {0, 0}).windowExt(2, 2);
         bitBlt.record(0x0940, {0x20, 0xCC, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("DIBBitBlt") << bitBlt.placeable(2, 2, 2); // one unit is 48 pixels
         Writer toDevice;
-        toDevice.record(0x020C, {2, 2}).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
+        toDevice.windowExt(2, 2).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("SetDIBitsToDevice") << toDevice.placeable(2, 2, 2);
 
         // Pixel values 0 to 3 in reading order, mapped through the colour table to palette slots.
@@ -394,17 +317,17 @@ private Q_SLOTS:
         Writer palette;
         palette.palette({White, Blue, Red, Green}).record(0x0234, {0}).record(0x0035, {});
         Writer paletteStretch = palette;
-        paletteStretch.record(0x020C, {100, 100});
+        paletteStretch.windowExt(100, 100);
         paletteStretch.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
                               indexed({2, 3, 1, 0}));
         QTest::newRow("StretchDIB with palette indices") << paletteStretch.eof().plain();
         Writer paletteToDevice = palette;
-        paletteToDevice.record(0x020C, {2, 2});
+        paletteToDevice.windowExt(2, 2);
         paletteToDevice.record(0x0D33, {1, 2, 0, 0, 0, 2, 2, 0, 0}, indexed({2, 3, 1, 0}));
         QTest::newRow("SetDIBitsToDevice with palette indices")
             << paletteToDevice.eof().placeable(2, 2, 2);
         Writer systemPalette;
-        systemPalette.record(0x020C, {100, 100});
+        systemPalette.windowExt(100, 100);
         systemPalette.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
                              indexed({13, 2, 16, 19}));
         QTest::newRow("palette indices without a palette take the default colours")
@@ -422,66 +345,118 @@ private Q_SLOTS:
         QVERIFY(isColour(image, QPoint(3 * q, 3 * q), White));
     }
 
-    // Arcs and clipping: a red fill that covers one point and leaves another white.
+    // Objects, polygons, arcs and clipping: the colour found at two points of a 100 x 100 picture.
     void fills_data()
     {
         QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QPoint>("filled");
-        QTest::addColumn<QPoint>("empty");
+        QTest::addColumn<QPoint>("first");
+        QTest::addColumn<QRgb>("firstColour");
+        QTest::addColumn<QPoint>("second");
+        QTest::addColumn<QRgb>("secondColour");
+        const auto square = [](Writer w) {
+            return w.select(0).select(1).rectangle(0, 0, 100, 100).eof().plain();
+        };
+        const auto whole = [](const char* tag, const QByteArray& data, QRgb colour) {
+            QTest::newRow(tag) << data << QPoint(10, 50) << colour << QPoint(90, 50) << colour;
+        };
+        Writer reused;
+        // Red in slot 0, blue in 1; deleting 0 frees it for green.
+        reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1}).solidBrush(Green);
+        whole("lowest free slot reused", square(reused), Green);
+        Writer deleted;
+        deleted.fill(Red).record(0x01F0, {1});
+        whole("selecting a deleted slot keeps the brush", square(deleted), Red);
+        Writer nullBrush;
+        nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0});
+        whole("null brush and pen leave white", square(nullBrush), White);
+        Writer restored;
+        restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
+        restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
+        whole("restoring the state brings the brush back", restored.plain(), Red);
+        Writer pen;
+        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
+        whole("wide pen outlines", square(pen), Blue);
+        Writer unknown;
+        unknown.nullPen().record(0x0999, {1, 2, 3, 4, 5}).solidBrush(Red);
+        unknown.record(0x0626, {15, 4}, "abcd");
+        whole("unknown records skipped", square(unknown), Red);
+
+        auto twoSquares = [](int fillMode) {
+            Writer w;
+            w.fill(Red).record(0x0106, {fillMode});
+            w.record(0x0538,
+                     {2, 4, 4, 0, 0, 100, 0, 100, 100, 0, 100, 25, 25, 75, 25, 75, 75, 25, 75});
+            return w.eof().plain();
+        };
+        QTest::newRow("alternate fill leaves the hole")
+            << twoSquares(1) << QPoint(50, 60) << White << QPoint(10, 90) << Red;
+        QTest::newRow("winding fill fills the hole")
+            << twoSquares(2) << QPoint(50, 60) << Red << QPoint(10, 90) << Red;
+        Writer triangle;
+        triangle.fill(Blue);
+        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
+        QTest::newRow("triangle filled, corners empty")
+            << triangle.plain() << QPoint(50, 60) << Blue << QPoint(10, 90) << White;
+
+        // A red fill that covers the first point and leaves the second white.
         Writer red;
-        red.record(0x020C, {100, 100}).nullPen().solidBrush(Red).select(0).select(1);
+        red.windowExt(100, 100).fill(Red);
+        const auto row = [](const char* tag, const QByteArray& data, QPoint filled, QPoint empty) {
+            QTest::newRow(tag) << data << filled << Red << empty << White;
+        };
         auto arc = [&](quint16 function, QPoint start, QPoint end) {
             return Writer(red)
                 .record(function, {end.y(), end.x(), start.y(), start.x(), 100, 100, 0, 0})
                 .eof()
                 .plain();
         };
-        QTest::newRow("pie east to north")
-            << arc(0x081A, {100, 50}, {50, 0}) << QPoint(70, 30) << QPoint(30, 70);
-        QTest::newRow("pie north to east goes the long way")
-            << arc(0x081A, {50, 0}, {100, 50}) << QPoint(30, 70) << QPoint(70, 30);
-        QTest::newRow("chord west to east is the lower half")
-            << arc(0x0830, {0, 50}, {100, 50}) << QPoint(50, 75) << QPoint(50, 25);
-        QTest::newRow("intersect clip keeps the fill inside")
-            << Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(40, 40) << QPoint(10, 10);
-        QTest::newRow("exclude clip leaves a hole")
-            << Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(10, 10) << QPoint(40, 40);
-        Writer restored(red);
-        restored.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
-        QTest::newRow("restoring the state undoes the clip")
-            << restored.rectangle(0, 0, 50, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+        row("pie east to north", arc(0x081A, {100, 50}, {50, 0}), {70, 30}, {30, 70});
+        row("pie north to east goes the long way", arc(0x081A, {50, 0}, {100, 50}), {30, 70},
+            {70, 30});
+        row("chord west to east is the lower half", arc(0x0830, {0, 50}, {100, 50}), {50, 75},
+            {50, 25});
+        row("intersect clip keeps the fill inside",
+            Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
+            {40, 40}, {10, 10});
+        row("exclude clip leaves a hole",
+            Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
+            {10, 10}, {40, 40});
+        Writer restoredClip(red);
+        restoredClip.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
+        row("restoring the state undoes the clip",
+            restoredClip.rectangle(0, 0, 50, 100).eof().plain(), {10, 10}, {75, 50});
         Writer region(red);
         region.region(0, 100, {0, 20, 60, 80});
-        QTest::newRow("selected clip region of two rectangles")
-            << Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain()
-            << QPoint(70, 50) << QPoint(40, 50);
-        QTest::newRow("region selected as an object clips too")
-            << Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 50)
-            << QPoint(90, 50);
+        row("selected clip region of two rectangles",
+            Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain(), {70, 50},
+            {40, 50});
+        row("region selected as an object clips too",
+            Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain(), {10, 50}, {90, 50});
         Writer offset(red);
         offset.record(0x0416, {20, 20, 0, 0}).record(0x0220, {40, 40});
-        QTest::newRow("offset moves the clip")
-            << offset.rectangle(0, 0, 100, 100).eof().plain() << QPoint(50, 50) << QPoint(10, 10);
+        row("offset moves the clip", offset.rectangle(0, 0, 100, 100).eof().plain(), {50, 50},
+            {10, 10});
         Writer logical = anisotropic();
-        logical.nullPen().solidBrush(Red).select(0).select(1).record(0x0416, {150, 200, 100, 150});
-        QTest::newRow("clip in logical units")
-            << logical.rectangle(100, 100, 300, 200).eof().plain() << QPoint(150, 50)
-            << QPoint(250, 50);
+        logical.fill(Red).record(0x0416, {150, 200, 100, 150});
+        row("clip in logical units", logical.rectangle(100, 100, 300, 200).eof().plain(), {150, 50},
+            {250, 50});
         Writer broken(red);
         broken.rectangle(0, 0, 50, 100).record(0x06FF, {0, 6, 0, 0, 40, 1, 2, 0, 0, 9, 9, 0xFFFF});
-        QTest::newRow("region cut short stops playback")
-            << broken.rectangle(0, 0, 100, 100).eof().plain() << QPoint(10, 10) << QPoint(75, 50);
+        row("region cut short stops playback", broken.rectangle(0, 0, 100, 100).eof().plain(),
+            {10, 10}, {75, 50});
     }
     void fills()
     {
         QFETCH(QByteArray, data);
-        QFETCH(QPoint, filled);
-        QFETCH(QPoint, empty);
+        QFETCH(QPoint, first);
+        QFETCH(QRgb, firstColour);
+        QFETCH(QPoint, second);
+        QFETCH(QRgb, secondColour);
         const QImage image = MetafilePlayer::Render(data, {});
-        QVERIFY(isColour(image, filled, Red));
-        QVERIFY(isColour(image, empty, White));
+        QVERIFY2(isColour(image, first, firstColour),
+                 qPrintable(QString::number(image.pixel(first), 16)));
+        QVERIFY2(isColour(image, second, secondColour),
+                 qPrintable(QString::number(image.pixel(second), 16)));
     }
 
     void patterns_data()
@@ -498,7 +473,7 @@ private Q_SLOTS:
         };
         // Monochrome patterns draw their 0 bits in the text colour, their 1 bits in the background.
         Writer colours;
-        colours.record(0x020C, {100, 100}).nullPen().select(0);
+        colours.windowExt(100, 100).nullPen().select(0);
         colours.record(0x0209, {}, Writer::colour(Red)).record(0x0201, {}, Writer::colour(Blue));
         QByteArray rows;
         for (int y = 0; y < 8; ++y)
@@ -544,7 +519,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("data");
         QTest::addColumn<bool>("drawsFirstSquare");
         Writer square;
-        square.nullPen().solidBrush(Red).select(0).select(1).rectangle(0, 0, 100, 100);
+        square.fill(Red).rectangle(0, 0, 100, 100);
         auto after = [&](const QByteArray& bytes) { return Writer(square).raw(bytes).plain(); };
         QTest::newRow("size of zero")
             << after(QByteArray("\0\0\0\0\x1b\x04", 6) + QByteArray(8, 'x')) << true;
@@ -576,7 +551,7 @@ private Q_SLOTS:
         }
         QTest::newRow("object and state churn") << churn.plain() << true;
         Writer farOut;
-        farOut.record(0x020C, {6, 1}).record(0x0418, {32767, 32767, -32768, -32768});
+        farOut.windowExt(1, 6).record(0x0418, {32767, 32767, -32768, -32768});
         QByteArray zigzag = QByteArray::fromHex("ff7f0080008000800080ff7fff7fff7f").repeated(100);
         farOut.record(0x0324, {200}, zigzag).record(0x02FA, {0, 32767, 0, 0, 0}).select(0);
         farOut.record(0x0214, {-32768, -32768}).record(0x0213, {32767, 32767});

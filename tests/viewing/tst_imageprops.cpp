@@ -45,75 +45,64 @@ private Q_SLOTS:
     }
 
     // Files at the root cannot be made here, and a file cannot be made to vanish between two
-    // reads, so these rules are checked on the texts alone.
-    void rootFileAndLostDate_data()
+    // reads, so the time and folder rules are checked on the texts alone.
+    void texts_data()
     {
+        QTest::addColumn<QString>("path");
         QTest::addColumn<QDateTime>("modified");
-        QTest::addColumn<QStringList>("when");
-        QTest::newRow("file at the root, folder keeps its separator")
-            << QDateTime(QDate(2002, 11, 5), QTime(15, 7))
-            << QStringList{"3:07 PM, Tuesday", "Nov 5, 2002"};
-        QTest::newRow("gone before its date was read") << QDateTime() << QStringList{"", ""};
+        QTest::addColumn<QStringList>("info");
+        const auto row = [](const char* tag, const QString& folder, const QDateTime& modified,
+                            const QString& time, const QString& date) {
+            QTest::newRow(tag) << folder + "a.jpg" << modified
+                               << QStringList{"a.jpg",      folder, "2 KB", "400 pixels",
+                                              "300 pixels", time,   date};
+        };
+        row("file at the root, folder keeps its separator", "/",
+            QDateTime(QDate(2002, 11, 5), QTime(15, 7)), "3:07 PM, Tuesday", "Nov 5, 2002");
+        row("just after midnight", "/p/", QDateTime(QDate(2021, 1, 1), QTime(0, 5)),
+            "12:05 AM, Friday", "Jan 1, 2021");
+        row("noon", "/p/", QDateTime(QDate(2019, 6, 30), QTime(12, 0)), "12:00 PM, Sunday",
+            "Jun 30, 2019");
+        row("gone before its date was read", "/p/", QDateTime(), "", "");
     }
-    void rootFileAndLostDate()
+    void texts()
     {
+        QFETCH(QString, path);
         QFETCH(QDateTime, modified);
-        QFETCH(QStringList, when);
-        const ImagePropsText::Texts texts =
-            ImagePropsText::Describe("/a.jpg", QStringLiteral("2 KB"), QSize(400, 300), modified);
-        QCOMPARE(texts.caption, QStringLiteral("Image Properties for a.jpg"));
-        QCOMPARE(QStringList(texts.info.begin(), texts.info.end()),
-                 QStringList({"a.jpg", "/", "2 KB", "400 pixels", "300 pixels"}) + when);
-    }
-
-    void describesTheFile_data()
-    {
-        QTest::addColumn<QSize>("natural");
-        QTest::addColumn<QDateTime>("modified");
-        QTest::addColumn<QStringList>("when");
-        QTest::newRow("afternoon, picture larger than the preview: its own size")
-            << QSize(1600, 900) << QDateTime(QDate(2002, 11, 5), QTime(15, 7))
-            << QStringList{"3:07 PM, Tuesday", "Nov 5, 2002"};
-        QTest::newRow("just after midnight, picture smaller than the preview")
-            << QSize(40, 30) << QDateTime(QDate(2021, 1, 1), QTime(0, 5))
-            << QStringList{"12:05 AM, Friday", "Jan 1, 2021"};
-        QTest::newRow("noon") << QSize(400, 300) << QDateTime(QDate(2019, 6, 30), QTime(12, 0))
-                              << QStringList{"12:00 PM, Sunday", "Jun 30, 2019"};
-    }
-    void describesTheFile()
-    {
-        QFETCH(QSize, natural);
-        QFETCH(QDateTime, modified);
-        QFETCH(QStringList, when);
-        QFile file(picture(QStringLiteral("Beach.png"), natural));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(modified, QFileDevice::FileModificationTime));
-        file.close();
-        Globals().CurrentPicture = file.fileName();
         // Day and month names stay English whatever the user's language.
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-        frmImageProps* dialog = frmImageProps::ShowCurrent();
+        const ImagePropsText::Texts texts =
+            ImagePropsText::Describe(path, QStringLiteral("2 KB"), QSize(400, 300), modified);
         QLocale::setDefault(QLocale::c());
-        QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(dialog->windowOpacity(), 1.0);
-        QCOMPARE(dialog->lblCaption->text(), QStringLiteral("Image Properties for Beach.png"));
-        QCOMPARE(infoOf(dialog), QStringList({"Beach.png", property("worldPath").toString() + u'/',
-                                              *Utilities::FileSizeText(file.fileName()),
-                                              QString::number(natural.width()) + " pixels",
-                                              QString::number(natural.height()) + " pixels"}) +
-                                     when);
+        QCOMPARE(texts.caption, QStringLiteral("Image Properties for a.jpg"));
+        QTEST(QStringList(texts.info.begin(), texts.info.end()), "info");
     }
 
-    void vanishedPictureShowsOnlyItsName()
+    // The dialog reads the file: its size text and the picture's own size, not the preview's;
+    // of a vanished file only the name is left.
+    void dialogReadsTheFile_data()
     {
-        const QString path = picture(QStringLiteral("gone.png"));
-        QVERIFY(QFile::remove(path));
+        QTest::addColumn<bool>("present");
+        QTest::newRow("larger than the preview") << true;
+        QTest::newRow("vanished") << false;
+    }
+    void dialogReadsTheFile()
+    {
+        QFETCH(bool, present);
+        const QString path = picture(QStringLiteral("Beach.png"), QSize(1600, 900));
+        if (!present)
+            QVERIFY(QFile::remove(path));
         Globals().CurrentPicture = path;
         frmImageProps* dialog = frmImageProps::ShowCurrent();
         QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(dialog->lblCaption->text(), QStringLiteral("Image Properties for gone.png"));
-        QCOMPARE(infoOf(dialog), QStringList(7, QString()));
-        QVERIFY(!dialog->ucImage->isVisible());
+        QCOMPARE(dialog->windowOpacity(), 1.0);
+        QCOMPARE(dialog->ucImage->isVisible(), present);
+        const QStringList info = infoOf(dialog);
+        const QStringList read{"Beach.png", property("worldPath").toString() + u'/',
+                               Utilities::FileSizeText(path).value_or(""), "1600 pixels",
+                               "900 pixels"};
+        QCOMPARE(info.mid(0, 5), present ? read : QStringList(5, QString()));
+        QCOMPARE(info.last().isEmpty(), !present);
     }
 
     void picInfoOpensOneDialogThatFadesOut()

@@ -1,7 +1,6 @@
 #include "TestWorld.h"
 
 #include "common/AppGlobals.h"
-#include "viewing/PictureOpener.h"
 #include "viewing/ucImgPreview.h"
 
 #include <QImage>
@@ -27,7 +26,8 @@ private Q_SLOTS:
         QTest::addColumn<QSize>("natural");
         QTest::addColumn<QRectF>("element");
         QTest::newRow("wide picture fitted by width") << QSize(800, 400) << QRectF(0, 50, 400, 200);
-        QTest::newRow("small picture kept and centred") << QSize(100, 50) << QRectF(150, 125, 100, 50);
+        QTest::newRow("small picture kept and centred")
+            << QSize(100, 50) << QRectF(150, 125, 100, 50);
     }
     void fitsCentresAndDecodesAtTheSizeShown()
     {
@@ -58,6 +58,10 @@ private Q_SLOTS:
         picture(QStringLiteral("same.png"), QSize(200, 200));
         preview.setFileName(path);
         QCOMPARE(preview.ImgWidth(), 800);
+        // An empty name keeps the picture too.
+        preview.setFileName(QString());
+        QVERIFY(preview.ElementVisible());
+        QCOMPARE(preview.ImgWidth(), 800);
 
         // Stretch mode always reads the file, and records the element's size at that moment.
         preview.setStretchMode(true);
@@ -65,17 +69,6 @@ private Q_SLOTS:
         QCOMPARE(preview.ImgWidth(), 400);
         QCOMPARE(preview.ImgHeight(), 200);
         QCOMPARE(preview.ElementRect(), QRectF(0, 0, 400, 300));
-    }
-
-    void emptyNameKeepsThePreviousPicture()
-    {
-        ucImgPreview preview;
-        preview.resize(400, 300);
-        preview.setFileName(picture(QStringLiteral("keep.png"), QSize(100, 100)));
-        preview.resize(600, 300);
-        preview.setFileName(QString());
-        QVERIFY(preview.ElementVisible());
-        QCOMPARE(preview.ElementRect(), QRectF(250, 100, 100, 100));
     }
 
     void unreadableFileHidesThePicture()
@@ -92,28 +85,6 @@ private Q_SLOTS:
         QVERIFY(!preview.ElementVisible());
         QCOMPARE(loaded.count(), 1);
         QCOMPARE(loaded.value(0).value(0).toBool(), false);
-    }
-
-    void doubleClickOpensUnlessTurnedOff_data()
-    {
-        QTest::addColumn<bool>("noDblClick");
-        QTest::newRow("opens") << false;
-        QTest::newRow("turned off") << true;
-    }
-    void doubleClickOpensUnlessTurnedOff()
-    {
-        QFETCH(bool, noDblClick);
-        QStringList opened;
-        PictureOpener::SetHandler([&](const QString& path) { opened << path; });
-        ucImgPreview preview;
-        preview.resize(200, 200);
-        const QString path = picture(QStringLiteral("open.png"), QSize(50, 50));
-        preview.setFileName(path);
-        preview.setNoDblClick(noDblClick);
-        QCOMPARE(preview.cursor().shape(), noDblClick ? Qt::ArrowCursor : Qt::BitmapCursor);
-        QTest::mouseDClick(&preview, Qt::LeftButton);
-        QCOMPARE(opened, noDblClick ? QStringList() : QStringList{path});
-        PictureOpener::SetHandler({});
     }
 
     void zoomGrowsAndEndsWhenThePaneGoes()
