@@ -9,6 +9,7 @@ LUMBRA_PACKAGES=(
   qt6-base-dev               # Qt Core, Gui, Widgets, Concurrent, PrintSupport, DBus, Test
   qt6-base-dev-tools         # moc and rcc
   qt6-svg-dev                # QtSvg (icons)
+  qt6-multimedia-dev         # Qt Multimedia: the click of the custom buttons
   libjpeg62-turbo-dev        # libjpeg: large photographs decoded at a half, a quarter or an eighth
   zlib1g-dev                 # zlib: CRC-32 of the text chunks in thumbnails
   libzip-dev                 # libzip: "Zip My Picture(s)" writes .zip archives

@@ -8,10 +8,43 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#ifdef LUMBRA_HAVE_MULTIMEDIA
+#include <QApplication>
+#include <QAudioDevice>
+#include <QMediaDevices>
+#include <QSoundEffect>
+#endif
+
 ucCoolButton::ucCoolButton(const QString& text, QWidget* parent) : QPushButton(text, parent)
 {
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
+    connect(this, &QAbstractButton::clicked, this, &ucCoolButton::playClick);
+}
+
+bool ucCoolButton::ClickSoundAvailable()
+{
+#ifdef LUMBRA_HAVE_MULTIMEDIA
+    return !QMediaDevices::audioOutputs().isEmpty();
+#else
+    return false;
+#endif
+}
+
+void ucCoolButton::playClick() const
+{
+#ifdef LUMBRA_HAVE_MULTIMEDIA
+    if (!m_clickSound || !ClickSoundAvailable())
+        return;
+    // One effect for every button, loaded at the first click and kept for the run.
+    static QSoundEffect* effect = [] {
+        auto* sound = new QSoundEffect(qApp);
+        sound->setSource(QUrl(QStringLiteral("qrc:/sounds/click.wav")));
+        sound->setVolume(0.35f);
+        return sound;
+    }();
+    effect->play();
+#endif
 }
 
 QSize ucCoolButton::sizeHint() const

@@ -7,7 +7,8 @@
 // border when it is the dialog's default button. It behaves as any QPushButton (default
 // button, shortcuts, clicked), so it replaces one without further changes.
 //
-// The click makes no sound: Qt Multimedia would be a large dependency for a click.
+// A click is heard where the program was built with Qt Multimedia and the desktop has an
+// audio output; elsewhere the button is silent.
 class ucCoolButton : public QPushButton
 {
     Q_OBJECT
@@ -22,12 +23,20 @@ public:
     void setFaceColor(const QColor& color);
     QColor faceColor() const;
 
+    // Off, the button never makes a sound.
+    void setClickSound(bool on) { m_clickSound = on; }
+    // Whether a click is heard now: the sound was built in and an audio output exists.
+    static bool ClickSoundAvailable();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
 private:
+    void playClick() const;
+
     QColor m_face;
     bool m_hot = false;
+    bool m_clickSound = true;
 };

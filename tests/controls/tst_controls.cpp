@@ -3,6 +3,7 @@
 #include "controls/ucCoolButton.h"
 #include "controls/ucToggleButton.h"
 
+#include <QFile>
 #include <QPixmap>
 
 class tst_Controls : public QObject
@@ -70,6 +71,21 @@ private Q_SLOTS:
             }
         QVERIFY2(lightest - darkest > 120,
                  qPrintable(QStringLiteral("contrast %1").arg(lightest - darkest)));
+    }
+
+    // The click sound is built in and plays or stays silent without holding up the click,
+    // with or without an audio output.
+    void coolButtonClicks()
+    {
+        QFile sound(QStringLiteral(":/sounds/click.wav"));
+        QVERIFY(sound.open(QIODevice::ReadOnly));
+        const QByteArray head = sound.read(12);
+        QVERIFY(head.startsWith("RIFF") && head.endsWith("WAVE"));
+        ucCoolButton button(QStringLiteral("OK"));
+        QSignalSpy clicked(&button, &QAbstractButton::clicked);
+        for (int i = 0; i < 5; ++i)
+            QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.count(), 5);
     }
 };
 
