@@ -88,6 +88,7 @@ void PictureListWindow::buildWindow()
     m_list = new ucPictureList(this);
     m_list->setObjectName(QStringLiteral("lv") + m_setup.stem);
     m_list->setCheckable(m_setup.checkBoxes);
+    m_list->setFileSource([this](int row) { return PathOf(row); });
     setCentralWidget(m_list);
 
     connect(m_list, &ucPictureList::CurrentRowChanged, this, &PictureListWindow::selectionChanged);

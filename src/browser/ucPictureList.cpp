@@ -1,5 +1,7 @@
 #include "browser/ucPictureList.h"
 
+#include "browser/DesktopClipboard.h"
+
 #include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -94,10 +96,45 @@ const QIcon& pictureIcon()
 // How long the pointer rests on a row before hover selection takes it.
 constexpr int HoverMilliseconds = 400;
 
+// The rows' model. Rows dragged out carry the files they stand for, and only as copies: a
+// move would have the file manager take the files away and the view drop their rows.
+class PictureModel : public QStandardItemModel
+{
+public:
+    using QStandardItemModel::QStandardItemModel;
+
+    // Null while rows only move within the list.
+    std::function<QString(int)> fileOf;
+
+    QStringList mimeTypes() const override
+    {
+        return fileOf ? QStringList{QStringLiteral("text/uri-list")} : QStandardItemModel::mimeTypes();
+    }
+    Qt::DropActions supportedDragActions() const override
+    {
+        return fileOf ? Qt::CopyAction : QStandardItemModel::supportedDragActions();
+    }
+    QMimeData* mimeData(const QModelIndexList& indexes) const override
+    {
+        if (!fileOf)
+            return QStandardItemModel::mimeData(indexes);
+        QStringList paths;
+        QList<int> rows;
+        for (const QModelIndex& index : indexes)
+            if (!rows.contains(index.row()))
+                rows.append(index.row());
+        std::sort(rows.begin(), rows.end());
+        for (const int row : rows)
+            if (const QString path = fileOf(row); !path.isEmpty())
+                paths << path;
+        return paths.isEmpty() ? nullptr : DesktopClipboard::Pack(paths, false).release();
+    }
+};
+
 } // namespace
 
 ucPictureList::ucPictureList(QWidget* parent)
-    : QStackedWidget(parent), m_model(new QStandardItemModel(0, ColumnCount, this)),
+    : QStackedWidget(parent), m_model(new PictureModel(0, ColumnCount, this)),
       m_list(new IconListView(this)), m_tree(new DetailsView(this))
 {
     m_model->setItemPrototype(new ListItem);
@@ -297,16 +334,25 @@ void ucPictureList::setReorderable(bool reorderable)
     applyReorderable();
 }
 
+void ucPictureList::setFileSource(std::function<QString(int row)> fileOf)
+{
+    m_fileOf = std::move(fileOf);
+    applyReorderable();
+}
+
 void ucPictureList::applyReorderable()
 {
+    const bool dragsOut = !m_reorderable && m_fileOf;
+    static_cast<PictureModel*>(m_model)->fileOf = dragsOut ? m_fileOf : nullptr;
     for (QAbstractItemView* view :
          {static_cast<QAbstractItemView*>(m_list), static_cast<QAbstractItemView*>(m_tree)}) {
         view->setDragDropMode(m_reorderable ? QAbstractItemView::InternalMove
+                              : dragsOut    ? QAbstractItemView::DragOnly
                                             : QAbstractItemView::NoDragDrop);
-        view->setDragEnabled(m_reorderable);
+        view->setDragEnabled(m_reorderable || dragsOut);
         view->viewport()->setAcceptDrops(m_reorderable);
         view->setDropIndicatorShown(m_reorderable);
-        view->setDefaultDropAction(Qt::MoveAction);
+        view->setDefaultDropAction(m_reorderable ? Qt::MoveAction : Qt::CopyAction);
     }
 }
 

@@ -63,6 +63,10 @@ public:
     void setReorderable(bool reorderable);
     bool isReorderable() const { return m_reorderable; }
 
+    // Unless the list is reorderable, its selected rows can be dragged out to a file manager
+    // or another program as copies of the files that fileOf(row) names.
+    void setFileSource(std::function<QString(int row)> fileOf);
+
     bool isGhosted(int row) const;
     void setGhosted(int row, bool ghosted);
 
@@ -138,6 +142,7 @@ private:
     PictureListRules::SortState m_sort;
     bool m_checkable = false;
     bool m_reorderable = false;
+    std::function<QString(int)> m_fileOf;
     bool m_hoverSelect = false;
     bool m_settingWidths = false;
     int m_pressedRow = -1;

@@ -3,6 +3,7 @@
 #include "browser/DesktopClipboard.h"
 #include "browser/FileOps.h"
 #include "browser/frmMyImages.h"
+#include "browser/frmSlideshow.h"
 #include "common/ucTxtAddress.h"
 #include "gallery/FilesFound.h"
 #include "viewing/PictureOpener.h"
@@ -12,6 +13,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QScopeGuard>
 #include <QStandardItemModel>
 #include <QTreeView>
@@ -416,6 +418,30 @@ private slots:
         browser->PasteImages();
         QCOMPARE(namesInOrder(browser->lvList()), QStringList{"w.jpg"});
         QCOMPARE(filesIn(target), QStringList{"w.jpg=w.jpg"});
+    }
+
+    // Rows dragged out reach a file manager as copies of their files; the builder's rows
+    // only move within it, so they never carry files a file manager could take away.
+    void dragsOutCopies()
+    {
+        const QString folder = freshFolder({"a.jpg", "b.jpg", "c.jpg"});
+        auto browser = openOn<frmMyImages>(folder);
+        QVERIFY(browser);
+        QStandardItemModel* model = browser->lvList()->model();
+        QCOMPARE(model->supportedDragActions(), Qt::CopyAction);
+        const std::unique_ptr<QMimeData> data(
+            model->mimeData({model->index(2, 0), model->index(0, 1), model->index(0, 0)}));
+        QVERIFY(data);
+        const auto contents = DesktopClipboard::Read(data.get());
+        QVERIFY(contents);
+        QCOMPARE(contents->paths, (QStringList{folder + "a.jpg", folder + "c.jpg"}));
+        QVERIFY(!contents->cut);
+
+        auto builder = openOn<frmSlideshow>(folder);
+        QVERIFY(builder);
+        QStandardItemModel* rows = builder->lvList()->model();
+        const std::unique_ptr<QMimeData> moved(rows->mimeData({rows->index(0, 0)}));
+        QVERIFY(moved && !moved->hasUrls());
     }
 
     void findsTheVolume_data()
