@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DialogAnswers.h"
 #include "TestWorld.h"
 
 #include "app/SettingsKeys.h"
@@ -9,10 +10,7 @@
 #include "common/Utilities.h"
 #include "gallery/ucCoolProg.h"
 
-#include <QAbstractButton>
 #include <QImage>
-#include <QMessageBox>
-#include <QTimer>
 
 #include <memory>
 
@@ -68,29 +66,6 @@ template <typename... Values> void row(const char* name, const Values&... values
 {
     (QTest::newRow(name) << ... << values);
 }
-
-// Answers the next message box with button while it lives, and keeps the box's "title|text".
-class NextAnswer
-{
-public:
-    explicit NextAnswer(QMessageBox::StandardButton button)
-    {
-        QObject::connect(&m_poll, &QTimer::timeout, [this, button] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box)
-                return;
-            seen = box->windowTitle() + u'|' + box->text();
-            m_poll.stop();
-            box->button(button)->click();
-        });
-        m_poll.start(5);
-    }
-
-    QString seen;
-
-private:
-    QTimer m_poll;
-};
 
 // The test class of a picture list window derives from this: its windows have a status strip
 // to write to and start with every option off; it makes folders of files in its own world and

@@ -1,4 +1,4 @@
-#include "TestWorld.h"
+#include "BrowserBench.h"
 
 #include "browser/DesktopClipboard.h"
 #include "browser/FileOps.h"
@@ -72,11 +72,6 @@ class tst_FileOps : public QObject
         for (const QString& name : items(names))
             list.AddFile(name);
         return list;
-    }
-
-    template <typename... Values> static void row(const char* name, const Values&... values)
-    {
-        (QTest::newRow(name) << ... << values);
     }
 
 private Q_SLOTS:

@@ -100,30 +100,6 @@ private slots:
         QCOMPARE(builder->PlayButton(2)->isEnabled(), !checkedAfter.isEmpty());
     }
 
-    void playButtonsSurviveReopening()
-    {
-        for (int index : {4, 5, 7})
-            settings().write(Keys::tlbPlay_(index), 0);
-        const QString folder = freshFolder({"a.png"});
-        // Each round: the buttons clicked, then those pressed once the builder is back.
-        const QList<std::pair<QList<int>, QList<int>>> rounds{{{4, 7}, {4, 7}}, {{4}, {7}}};
-        for (const auto& [clicks, pressed] : rounds) {
-            {
-                auto builder = openOn<frmSlideshow>(folder);
-                QVERIFY(builder);
-                for (int index : clicks)
-                    builder->PlayButton(index)->trigger();
-                builder->close();
-            }
-            settings().flush();
-            SettingsStore::reopenGlobal();
-            auto builder = openOn<frmSlideshow>(folder);
-            QVERIFY(builder);
-            for (int index : {4, 5, 7})
-                QCOMPARE(builder->PlayButton(index)->isChecked(), pressed.contains(index));
-        }
-    }
-
     void plays_data()
     {
         QTest::addColumn<bool>("repeat");

@@ -1,4 +1,4 @@
-#include "TestWorld.h"
+#include "BrowserBench.h"
 
 #include "app/SettingsStore.h"
 #include "browser/frmSlideshow_FS.h"
@@ -17,11 +17,6 @@
 namespace {
 
 const QString Stop = QStringLiteral("<stop>");
-
-template <typename... Values> void row(const char* name, const Values&... values)
-{
-    (QTest::newRow(name) << ... << values);
-}
 
 QString storedValue(const QString& key)
 {
@@ -166,32 +161,6 @@ private Q_SLOTS:
         QCOMPARE(SlideshowPlayer::IntervalMs(SettingsStore::global()), 15000);
     }
 
-    void backgroundColour_data()
-    {
-        QTest::addColumn<QColor>("chosen");
-        QTest::addColumn<QColor>("expected");
-        QTest::addColumn<QString>("stored");
-        row("chosen colour applied and stored", QColor(0, 128, 255), QColor(0, 128, 255),
-            "16744448");
-        row("cancelled dialog changes nothing", QColor(), QColor(Qt::white), QString());
-    }
-    void backgroundColour()
-    {
-        QFETCH(QColor, chosen);
-        QFETCH(QColor, expected);
-        QFETCH(QString, stored);
-        const auto dialog = frmSlideshow_FS::ChooseColor();
-        frmSlideshow_FS::ChooseColor() = [chosen](QWidget*, const QColor& current) {
-            return current == Qt::white ? chosen : QColor(Qt::black);
-        };
-        frmSlideshow_FS player(nullptr);
-        player.tlbPlay_ButtonClick(5);
-        frmSlideshow_FS::ChooseColor() = dialog;
-        QCOMPARE(player.BackgroundColor(), expected);
-        QCOMPARE(player.Slide()->palette().color(QPalette::Window), expected);
-        QCOMPARE(storedValue("Slideshow/BkColor"), stored);
-    }
-
     // Each key is pressed on the second of three pictures.
     void keysReachTheOwner_data()
     {
@@ -206,7 +175,6 @@ private Q_SLOTS:
             false, true);
         row("escape starts the show again and leaves full screen", int(Qt::Key_Escape),
             "slide1.jpg", 1, true, false);
-        row("other keys do nothing", int(Qt::Key_A), "slide1.jpg", 2, true, true);
     }
     void keysReachTheOwner()
     {
@@ -225,33 +193,6 @@ private Q_SLOTS:
         QTEST(show->SlideTimer().isActive(), "timerRuns");
         QVERIFY(show->Playing());
         QCOMPARE(player->isVisible(), fullScreen);
-    }
-
-    void pauseReleasedResumesTheTimer()
-    {
-        const auto show = play(2, 60000);
-        frmSlideshow_FS* player = show->FullScreenPlayer();
-        player->KeyDown(19);
-        QTRY_VERIFY(!player->KeyLocked());
-        player->KeyDown(19);
-        QVERIFY(show->SlideTimer().isActive());
-        QCOMPARE(player->CaptionText(), QStringLiteral("slide0.jpg"));
-    }
-
-    void heldArrowAdvancesOneSlidePerLock()
-    {
-        const auto show = play(5, 60000);
-        frmSlideshow_FS* player = show->FullScreenPlayer();
-        for (int i = 0; i < 10; ++i)
-            QTest::keyPress(player, Qt::Key_Right);
-        QCOMPARE(show->Player().LastShownIndex(), 1);
-        QSignalSpy unlocked(&player->tmrKeyResponse, &QTimer::timeout);
-        QVERIFY(unlocked.wait());
-        for (int i = 0; i < 10; ++i)
-            QTest::keyPress(player, Qt::Key_Right);
-        // The toolbar's Next goes through the same lock.
-        player->tlbPlay_ButtonClick(4);
-        QCOMPARE(show->Player().LastShownIndex(), 2);
     }
 
     void vanishedFileShowsNothingAndTheShowGoesOn()

@@ -1,6 +1,5 @@
 #include "TestWorld.h"
 
-#include "app/SettingsStore.h"
 #include "common/AddressRules.h"
 #include "common/FolderRules.h"
 #include "common/ucFolders.h"
@@ -117,25 +116,6 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), backs);
         QCOMPARE(bar.Address(), address);
         QCOMPARE(bar.imgBack()->isEnabled(), canGoBack);
-    }
-
-    void historyIsKept()
-    {
-        const QString form = QStringLiteral("frmAddressTest");
-        {
-            ucTxtAddress bar(form);
-            for (const char* folder : {"/a/", "/b/", "/c/"})
-                bar.setAddress(QString::fromLatin1(folder));
-        }
-        SettingsStore::global().flush();
-        const SettingsStore onDisk(SettingsStore::defaultPath());
-        QCOMPARE(onDisk.read(form, QStringLiteral("File_Recent_0")), QStringLiteral("/b/"));
-        // The next run's bar goes back through the earlier folders of the last one.
-        ucTxtAddress next(form);
-        next.setAddress(QStringLiteral("/c/"));
-        next.imgBack()->click();
-        next.imgBack()->click();
-        QCOMPARE(next.Address(), QStringLiteral("/a/"));
     }
 
     void enterKey_data()

@@ -5,7 +5,6 @@
 
 #include <QFile>
 #include <QLocale>
-#include <QTimer>
 
 class tst_Utilities : public QObject
 {
@@ -135,26 +134,6 @@ private Q_SLOTS:
         QCOMPARE(Utilities::ProgramFolder(), home + QStringLiteral("/nested/deeper"));
         QVERIFY(QFileInfo(home + QStringLiteral("/nested/deeper")).isDir());
         qputenv("LUMBRA_HOME", QFile::encodeName(home));
-    }
-
-    void pauseKeepsEventsFlowing()
-    {
-        bool fired = false;
-        QTimer::singleShot(10, this, [&] { fired = true; });
-        int amount = 60;
-        QElapsedTimer clock;
-        clock.start();
-        Utilities::Pause(amount, true);
-        QVERIFY(fired);
-        QVERIFY(clock.elapsed() >= 60);
-        int seconds = 0;
-        Utilities::Pause(seconds, false);
-        QCOMPARE(seconds, 0);
-        int one = 1;
-        // Seconds are handed back as milliseconds.
-        QTimer::singleShot(0, this, [] {});
-        Utilities::Pause(one, false);
-        QCOMPARE(one, 1000);
     }
 };
 

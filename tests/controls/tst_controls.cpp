@@ -4,7 +4,6 @@
 #include "controls/ucToggleButton.h"
 
 #include <QFile>
-#include <QPixmap>
 
 class tst_Controls : public QObject
 {
@@ -42,35 +41,6 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(changed.first().first().toBool(), !start);
         QCOMPARE(button.toolTip(), !start ? QStringLiteral("Hide") : QStringLiteral("Show"));
-    }
-
-    // On a dark accent colour the caption must still be readable.
-    void coolButtonTextContrast_data()
-    {
-        QTest::addColumn<QColor>("face");
-        QTest::newRow("pale green") << QColor(192, 255, 192);
-        QTest::newRow("navy") << QColor(0, 0, 128);
-    }
-    void coolButtonTextContrast()
-    {
-        QFETCH(QColor, face);
-        ucCoolButton button(QStringLiteral("MMMMMMMM"));
-        button.setFaceColor(face);
-        button.resize(button.sizeHint());
-        const QImage shot = button.grab().toImage();
-        const QRect textArea = button.rect().adjusted(14, 6, -14, -6);
-        int lightest = 0;
-        int darkest = 255;
-        for (int y = textArea.top(); y <= textArea.bottom(); ++y)
-            for (int x = textArea.left(); x <= textArea.right(); ++x) {
-                const int l = QColor(shot.pixel(x * shot.width() / button.width(),
-                                                y * shot.height() / button.height()))
-                                  .lightness();
-                lightest = qMax(lightest, l);
-                darkest = qMin(darkest, l);
-            }
-        QVERIFY2(lightest - darkest > 120,
-                 qPrintable(QStringLiteral("contrast %1").arg(lightest - darkest)));
     }
 
     // The click sound is built in and plays or stays silent without holding up the click,

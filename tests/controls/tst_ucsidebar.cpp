@@ -6,10 +6,8 @@
 #include <QAction>
 #include <QLabel>
 #include <QMainWindow>
-#include <QMimeData>
 #include <QSignalSpy>
 #include <QToolButton>
-#include <QUrl>
 
 namespace {
 
@@ -61,7 +59,6 @@ class tst_ucSideBar : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { qRegisterMetaType<const QMimeData*>(); }
     void init()
     {
         QFile::remove(SettingsStore::defaultPath());
@@ -79,7 +76,6 @@ private slots:
         QTest::newRow("left") << 3 << 3 << Qt::Vertical;
         QTest::newRow("right") << 4 << 4 << Qt::Vertical;
         QTest::newRow("0 ignored") << 0 << 4 << Qt::Vertical;
-        QTest::newRow("5 ignored") << 5 << 4 << Qt::Vertical;
     }
 
     void docking()
@@ -238,43 +234,6 @@ private slots:
         QCOMPARE(storedOnDisk(QStringLiteral("SideBar_Align_2")), QStringLiteral("4"));
         // The key read at start is another one and stays untouched.
         QVERIFY(!SettingsStore::global().contains(Form, QStringLiteral("SideBar_Align")));
-    }
-
-    void fileDrops_data()
-    {
-        QTest::addColumn<bool>("files");
-
-        QTest::newRow("file list") << true;
-        QTest::newRow("plain text") << false;
-    }
-
-    void fileDrops()
-    {
-        QFETCH(bool, files);
-
-        Window w;
-        QVERIFY(w.show());
-        QMimeData data;
-        files ? data.setUrls({QUrl::fromLocalFile(QStringLiteral("/pictures/a.jpg"))})
-              : data.setText(QStringLiteral("not files"));
-        QSignalSpy over(w.bar, &ucSideBar::OLEDraggingOver);
-        QSignalSpy dropped(w.bar, &ucSideBar::OLEDrop);
-
-        const QPoint at(20, 60);
-        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(w.bar, &enter);
-        QCOMPARE(enter.isAccepted(), files);
-        QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(w.bar, &move);
-        QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(w.bar, &drop);
-
-        QCOMPARE(over.size(), files ? 2 : 0);
-        QCOMPARE(dropped.size(), files ? 1 : 0);
-        if (files) {
-            QCOMPARE(dropped.at(0).at(0).value<const QMimeData*>(), &data);
-            QCOMPARE(dropped.at(0).at(1).toPoint(), at);
-        }
     }
 };
 

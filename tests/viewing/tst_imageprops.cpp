@@ -3,29 +3,16 @@
 #include "common/AppGlobals.h"
 #include "common/Utilities.h"
 #include "viewing/frmImageProps.h"
-#include "viewing/frmViewImage.h"
 #include "viewing/ImagePropsText.h"
 #include "viewing/ucImgPreview.h"
 
-#include <QAction>
 #include <QImage>
 #include <QLabel>
 #include <QLocale>
-#include <QPushButton>
-#include <QToolBar>
 
 class tst_ImageProps : public QObject
 {
     Q_OBJECT
-
-    QString picture(const QString& name, QSize size = {400, 300})
-    {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::darkYellow);
-        const QString path = property("worldPath").toString() + u'/' + name;
-        image.save(path);
-        return path;
-    }
 
     static QStringList infoOf(const frmImageProps* dialog)
     {
@@ -89,13 +76,13 @@ private Q_SLOTS:
     void dialogReadsTheFile()
     {
         QFETCH(bool, present);
-        const QString path = picture(QStringLiteral("Beach.png"), QSize(1600, 900));
+        const QString path = property("worldPath").toString() + QStringLiteral("/Beach.png");
+        QVERIFY(QImage(1600, 900, QImage::Format_RGB32).save(path));
         if (!present)
             QVERIFY(QFile::remove(path));
         Globals().CurrentPicture = path;
         frmImageProps* dialog = frmImageProps::ShowCurrent();
         QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(dialog->windowOpacity(), 1.0);
         QCOMPARE(dialog->ucImage->isVisible(), present);
         const QStringList info = infoOf(dialog);
         const QStringList read{"Beach.png", property("worldPath").toString() + u'/',
@@ -103,32 +90,6 @@ private Q_SLOTS:
                                "900 pixels"};
         QCOMPARE(info.mid(0, 5), present ? read : QStringList(5, QString()));
         QCOMPARE(info.last().isEmpty(), !present);
-    }
-
-    void picInfoOpensOneDialogThatFadesOut()
-    {
-        QVERIFY(!frmImageProps::ShowCurrent());
-        frmViewImage window;
-        window.setFile(picture(QStringLiteral("window.png")));
-        window.Load();
-        // The button describes the window's picture, whatever another pane showed last.
-        Globals().CurrentPicture = picture(QStringLiteral("elsewhere.png"));
-        window.Toolbar()->findChild<QAction*>(QStringLiteral("tlbMain(2)"))->trigger();
-        frmImageProps* dialog = frmImageProps::Current();
-        QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(dialog->lblInfo[ImagePropsText::Name]->text(), QStringLiteral("window.png"));
-
-        // Asked again for another picture, the open dialog turns to it.
-        Globals().CurrentPicture = picture(QStringLiteral("second.png"));
-        QCOMPARE(frmImageProps::ShowCurrent(), dialog);
-        QCOMPARE(dialog->lblInfo[ImagePropsText::Name]->text(), QStringLiteral("second.png"));
-
-        double opacityAtClose = -1;
-        connect(dialog, &QDialog::accepted, this,
-                [&] { opacityAtClose = dialog->windowOpacity(); });
-        QTest::mouseClick(dialog->cmdOK, Qt::LeftButton);
-        QTRY_VERIFY(!frmImageProps::Current());
-        QCOMPARE(opacityAtClose, 0.0);
     }
 };
 

@@ -4,17 +4,15 @@
 #include "viewing/ucImgPreview.h"
 
 #include <QImage>
-#include <QPointer>
-#include <QTimer>
 
 class tst_ImgPreview : public QObject
 {
     Q_OBJECT
 
-    QString picture(const QString& name, QSize size, QColor colour = Qt::darkGreen)
+    QString picture(const QString& name, QSize size)
     {
         QImage image(size, QImage::Format_RGB32);
-        image.fill(colour);
+        image.fill(Qt::darkGreen);
         const QString path = property("worldPath").toString() + u'/' + name;
         image.save(path);
         return path;
@@ -58,10 +56,6 @@ private Q_SLOTS:
         picture(QStringLiteral("same.png"), QSize(200, 200));
         preview.setFileName(path);
         QCOMPARE(preview.ImgWidth(), 800);
-        // An empty name keeps the picture too.
-        preview.setFileName(QString());
-        QVERIFY(preview.ElementVisible());
-        QCOMPARE(preview.ImgWidth(), 800);
 
         // Stretch mode always reads the file, and records the element's size at that moment.
         preview.setStretchMode(true);
@@ -85,28 +79,6 @@ private Q_SLOTS:
         QVERIFY(!preview.ElementVisible());
         QCOMPARE(loaded.count(), 1);
         QCOMPARE(loaded.value(0).value(0).toBool(), false);
-    }
-
-    void zoomGrowsAndEndsWhenThePaneGoes()
-    {
-        auto* preview = new ucImgPreview;
-        preview->resize(400, 300);
-        preview->setFileName(picture(QStringLiteral("zoom.png"), QSize(100, 80)));
-        QSignalSpy loaded(preview, &ucImgPreview::Loaded);
-        QVERIFY(loaded.wait());
-        QPointer<ucImgPreview> guard(preview);
-        int level = 0;
-        double width = 0;
-        QTimer::singleShot(1200, preview, [&, preview] {
-            level = preview->ZoomLevel();
-            width = preview->ElementRect().width();
-            preview->deleteLater();
-        });
-        preview->ZoomImage();
-        QVERIFY(!guard);
-        // A quarter of the picture's width more at each half-second step.
-        QVERIFY(level >= 1);
-        QCOMPARE(width, 100 * (1 + 0.25 * level));
     }
 };
 

@@ -56,7 +56,6 @@ private slots:
         QTest::addColumn<QRgb>("topRight");
         const QRgb red = qRgb(255, 0, 0), green = qRgb(0, 255, 0), blue = qRgb(0, 0, 255),
                    black = qRgb(0, 0, 0);
-        QTest::newRow("none") << QList<Kind>{} << false << QSize(3, 2) << red << green;
         QTest::newRow("rotate right: the bottom-left corner comes to the top")
             << QList<Kind>{Kind::RotateRight} << false << QSize(2, 3) << blue << red;
         QTest::newRow("rotate left: the top-right corner comes to the top left")
@@ -65,9 +64,6 @@ private slots:
             << QList<Kind>{Kind::FlipHorizontal} << false << QSize(3, 2) << green << red;
         QTest::newRow("flip vertical")
             << QList<Kind>{Kind::FlipVertical} << false << QSize(3, 2) << blue << black;
-        QTest::newRow("right then left is no turn at all")
-            << QList<Kind>{Kind::RotateRight, Kind::RotateLeft} << false << QSize(3, 2) << red
-            << green;
         QTest::newRow("an edit taken back") << QList<Kind>{Kind::FlipVertical, Kind::RotateRight}
                                             << true << QSize(3, 2) << blue << black;
     }
@@ -121,7 +117,6 @@ private slots:
         QTest::addColumn<QByteArray>("format");
         QTest::addColumn<bool>("originalKept");
         QTest::newRow("JPEG") << "turned.jpg" << 0 << "turned.jpg" << QByteArray("jpeg") << true;
-        QTest::newRow("TIFF") << "turned.tif" << 0 << "turned.tif" << QByteArray("tiff") << true;
         QTest::newRow("no extension: the original's format")
             << "turned" << 0 << "turned.png" << QByteArray("png") << true;
         QTest::newRow("the original, not replaced after no")
@@ -165,28 +160,6 @@ private slots:
         QImageReader reader(folder + written);
         QCOMPARE(reader.format(), format);
         QCOMPARE(reader.size(), saved ? QSize(20, 40) : QSize(40, 20));
-    }
-
-    void jpegQualityIsTheChosenOne()
-    {
-        const QString folder = property("worldPath").toString() + QStringLiteral("/quality/");
-        QDir().mkpath(folder);
-        QImage picture(200, 200, QImage::Format_RGB32);
-        for (int y = 0; y < 200; ++y)
-            for (int x = 0; x < 200; ++x)
-                picture.setPixel(x, y, qRgb(x, y, (x * y) & 255));
-        QVERIFY(picture.save(folder + "noisy.png"));
-        frmWorkshop workshop;
-        QVERIFY(workshop.OpenPicture(folder + "noisy.png"));
-        workshop.FlipVertical();
-        for (int quality : {10, 95}) {
-            workshop.SetJpegQuality(quality);
-            FileChooser::SetAnswer([&](const FileChooser::Request&) {
-                return QStringList{folder + QStringLiteral("q%1.jpg").arg(quality)};
-            });
-            QVERIFY(workshop.SaveAs());
-        }
-        QVERIFY(QFileInfo(folder + "q10.jpg").size() * 2 < QFileInfo(folder + "q95.jpg").size());
     }
 };
 
