@@ -49,51 +49,41 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(folder.filePath(QStringLiteral("st6folder"))).isDir());
     }
 
-    void emptyStoreStart()
-    {
-        StartUp::ReadGlobals(SettingsStore::global(), Globals());
-        mdiMain main;
-        QSignalSpy tips(&main, &mdiMain::TipWindowRequested);
-        StartMain(main);
-        QCOMPARE(main.SideBar(0)->Align(), 3);
-        QVERIFY(main.statusBar()->isVisible());
-        QVERIFY(main.windowFlags() & Qt::WindowStaysOnTopHint);
-        QCOMPARE(tips.count(), 1);
-        QVERIFY(main.Area()->subWindowList().isEmpty());
-    }
-
-    void deferredStep_data()
+    void startUp_data()
     {
         QTest::addColumn<QList<int>>("options");
         QTest::addColumn<QString>("lastUsed");
         QTest::addColumn<QString>("opened");
-        QTest::addColumn<bool>("onTop");
-        QTest::addColumn<int>("tips");
         // The gallery's own status comes from its folder listing, before or after "Ready".
         QTest::addColumn<QString>("status");
-        QTest::newRow("last area reopens the gallery") << QList<int>{9} << "2" << "frmThumbnails" << false << 0 << "";
-        QTest::newRow("last area reopens the builder") << QList<int>{9, 5} << "4" << "frmSlideshow" << true << 0 << "Ready";
-        QTest::newRow("last used 0 opens nothing") << QList<int>{9, 6} << "0" << "" << false << 1 << "";
-        QTest::newRow("a separator opens nothing") << QList<int>{9} << "3" << "" << false << 0 << "";
-        QTest::newRow("option 9 off opens nothing") << QList<int>{} << "2" << "" << false << 0 << "";
-        QTest::newRow("nothing stored means button 1") << QList<int>{9} << "" << "" << false << 0 << "";
+        QTest::newRow("last area reopens the gallery") << QList<int>{9} << "2" << "frmThumbnails" << "";
+        QTest::newRow("last area reopens the builder, on top") << QList<int>{9, 5} << "4" << "frmSlideshow" << "Ready";
+        QTest::newRow("last used 0 opens nothing, tips") << QList<int>{9, 6} << "0" << "" << "";
+        QTest::newRow("a separator opens nothing") << QList<int>{9} << "3" << "" << "";
+        QTest::newRow("option 9 off opens nothing") << QList<int>{} << "2" << "" << "";
+        QTest::newRow("nothing stored means button 1") << QList<int>{9} << "" << "" << "";
+        QTest::newRow("side bar and status bar") << QList<int>{4, 11} << "" << "" << "";
     }
-    void deferredStep()
+    void startUp()
     {
         QFETCH(QList<int>, options);
         QFETCH(QString, lastUsed);
-        QFETCH(QString, opened);
+        QFETCH(QString, status);
         setOptions(options);
         if (!lastUsed.isEmpty())
             SettingsStore::global().write("mdiMain", "Last Used", lastUsed);
+        SettingsStore::global().write("mdiMain", "SideBar_Align", 4);
         mdiMain main;
-        QSignalSpy tipSpy(&main, &mdiMain::TipWindowRequested);
+        QSignalSpy tips(&main, &mdiMain::TipWindowRequested);
         QVERIFY(!main.tmrMain[3].isActive());
         StartMain(main);
-        QCOMPARE(main.ActiveChild() ? main.ActiveChild()->objectName() : QString(), opened);
-        QTEST(bool(main.windowFlags() & Qt::WindowStaysOnTopHint), "onTop");
-        QTEST(int(tipSpy.count()), "tips");
-        QFETCH(QString, status);
+        QTEST(main.ActiveChild() ? main.ActiveChild()->objectName() : QString(), "opened");
+        QCOMPARE(bool(main.windowFlags() & Qt::WindowStaysOnTopHint), options.contains(5));
+        QCOMPARE(tips.count(), options.contains(6) ? 1 : 0);
+        QCOMPARE(main.SideBar(0)->isVisible(), options.contains(4));
+        if (options.contains(4))
+            QCOMPARE(main.SideBar(0)->Align(), 4);
+        QCOMPARE(main.statusBar()->isVisible(), options.contains(11));
         if (!status.isEmpty())
             QCOMPARE(main.statusBar()->findChild<QLabel*>()->text(), status);
     }
@@ -111,31 +101,6 @@ private Q_SLOTS:
         main.Menus()->Action("mnuTools", 5)->trigger();
         QCOMPARE(main.ActiveChild()->objectName(), QStringLiteral("frmSlideshow"));
         QCOMPARE(main.IdleTicks(), 0);
-    }
-
-    void sideBarAndStatusFollowOptions()
-    {
-        SettingsStore::global().write("mdiMain", "SideBar_Align", 4);
-        mdiMain hidden;
-        StartMain(hidden);
-        QVERIFY(!hidden.SideBar(0)->isVisible());
-        QVERIFY(!hidden.statusBar()->isVisible());
-
-        setOptions({4, 11});
-        mdiMain shown;
-        StartMain(shown);
-        QVERIFY(shown.SideBar(0)->isVisible());
-        QCOMPARE(shown.SideBar(0)->Align(), 4);
-        QVERIFY(shown.statusBar()->isVisible());
-    }
-
-    void resizeWritesDimensionsInTwips()
-    {
-        mdiMain main;
-        StartMain(main);
-        main.resize(640, 480);
-        QTRY_COMPARE(SettingsStore::global().read("mdiMain", "Dimensions0"), QString::number(main.width() * 15));
-        QCOMPARE(SettingsStore::global().read("mdiMain", "Dimensions1"), QString::number(main.height() * 15));
     }
 
     void closeRequest_data()
