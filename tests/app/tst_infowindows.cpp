@@ -1,7 +1,5 @@
 #include "TestWorld.h"
 
-#include "app/MainMenus.h"
-#include "app/MenuTable.h"
 #include "app/frmGoodbye.h"
 #include "app/frmHelp.h"
 #include "app/frmSplash.h"
@@ -110,24 +108,6 @@ private slots:
         help.ShowTopic(QStringLiteral("no-such-topic"));
         QCOMPARE(topics->currentRow(), 0);
         QCOMPARE(text->verticalScrollBar()->value(), 0);
-    }
-
-    void helpNamesEveryCommand()
-    {
-        frmHelp help;
-        const QString page = help.findChild<QTextBrowser*>()->toPlainText();
-        QStringList captions;
-        for (const MenuTable::Array& array : MenuTable::Arrays())
-            for (const MenuTable::Entry& entry : array.entries)
-                if (array.name != MenuTable::Popups && !MainMenus::IsTitle(array.name, entry.index))
-                    captions << QString(entry.caption).remove(u'&').trimmed();
-        for (const MenuTable::ToolButton& button : MenuTable::ToolbarButtons())
-            captions << button.text;
-        // Entries the main window hides are not commands.
-        static const QRegularExpression notCommands(QStringLiteral("^(-|Internet Explorer.*)?$"));
-        for (const QString& caption : std::as_const(captions))
-            QVERIFY2(notCommands.match(caption).hasMatch() || page.contains(caption, Qt::CaseInsensitive),
-                     qPrintable(QStringLiteral("the help never names ") + caption));
     }
 
     void iconsRender_data()
