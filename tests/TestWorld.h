@@ -31,6 +31,12 @@ private:
     QTemporaryDir m_dir;
 };
 
+// A path inside the temporary world of the running test.
+inline QString WorldPath(const QString& relative = {})
+{
+    return QDir(qApp->property("worldPath").toString()).filePath(relative);
+}
+
 // QTEST_MAIN, but with the temporary world set up before the application object exists.
 #define LUMBRA_TEST_MAIN(TestClass)                                                                \
     int main(int argc, char** argv)                                                                \
@@ -38,6 +44,7 @@ private:
         TestWorld world;                                                                           \
         QApplication app(argc, argv);                                                              \
         app.setApplicationName(QStringLiteral("Lumbra"));                                          \
+        app.setProperty("worldPath", world.path());                                                \
         QTEST_SET_MAIN_SOURCE_PATH                                                                 \
         TestClass tc;                                                                              \
         tc.setProperty("worldPath", world.path());                                                 \

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/FileChooser.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -42,4 +44,23 @@ public:
 private:
     std::deque<QMessageBox::StandardButton> m_buttons;
     QTimer m_poll;
+};
+
+// Answers the file dialogs asked for while it lives, in order, with the files given (none, as
+// when cancelled, once the list runs out); every request is kept.
+class FileAnswers
+{
+public:
+    explicit FileAnswers(QList<QStringList> choices = {})
+    {
+        FileChooser::SetAnswer([this, choices](const FileChooser::Request& request) mutable {
+            asked.append(request);
+            return choices.isEmpty() ? QStringList() : choices.takeFirst();
+        });
+    }
+    ~FileAnswers() { FileChooser::SetAnswer({}); }
+    FileAnswers(const FileAnswers&) = delete;
+    FileAnswers& operator=(const FileAnswers&) = delete;
+
+    QList<FileChooser::Request> asked;
 };

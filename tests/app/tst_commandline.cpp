@@ -1,51 +1,48 @@
+#include "AppFixtures.h"
 #include "TestWorld.h"
 
 #include "app/CommandLine.h"
-
-#include <QDir>
-#include <QFile>
 
 class tst_CommandLine : public QObject
 {
     Q_OBJECT
 
-    QString world() const { return property("worldPath").toString(); }
-
 private Q_SLOTS:
     void initTestCase()
     {
-        QDir(world()).mkpath(QStringLiteral("pics"));
-        for (const char* name : {"pics/a.jpg", "pics/b.png", "-dash.jpg"}) {
-            QFile file(world() + u'/' + QLatin1String(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        for (const char* name : {"pics/a.jpg", "pics/b.png", "-dash.jpg"})
+            WriteFile(WorldPath(QLatin1String(name)), {});
+        QDir::setCurrent(WorldPath());
     }
 
     void parse_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("action");
-        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("folder"); // these three when the action is Run
         QTest::addColumn<QStringList>("pictures");
         QTest::addColumn<int>("target");
-        const QString w = world();
-        QTest::newRow("nothing shows the samples") << QStringList{} << int(CommandLine::Run) << "SAMPLES" << QStringList{} << int(CommandLine::GalleryFolder);
-        QTest::newRow("one folder") << QStringList{w + "/pics"} << int(CommandLine::Run) << w + "/pics" << QStringList{} << int(CommandLine::GalleryFolder);
-        QTest::newRow("pictures in order")
-            << QStringList{w + "/pics/b.png", w + "/pics/a.jpg"} << int(CommandLine::Run) << ""
-            << QStringList{w + "/pics/b.png", w + "/pics/a.jpg"} << int(CommandLine::GalleryCollection);
-        QTest::newRow("one picture opens its picture window")
-            << QStringList{w + "/pics/a.jpg"} << int(CommandLine::Run) << "" << QStringList{w + "/pics/a.jpg"}
-            << int(CommandLine::PictureWindow);
-        QTest::newRow("help wins") << QStringList{w + "/pics", "--help"} << int(CommandLine::Help) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("short help") << QStringList{"-h"} << int(CommandLine::Help) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("version") << QStringList{"--version"} << int(CommandLine::Version) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("unknown option") << QStringList{"--frobnicate"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("missing folder") << QStringList{w + "/nowhere"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("folder among pictures")
-            << QStringList{w + "/pics/a.jpg", w + "/pics"} << int(CommandLine::Error) << "" << QStringList{} << int(CommandLine::GalleryCollection);
-        QTest::newRow("a picture whose name starts with a dash after --")
-            << QStringList{"--", w + "/-dash.jpg"} << int(CommandLine::Run) << "" << QStringList{w + "/-dash.jpg"} << int(CommandLine::PictureWindow);
+        const QString a = WorldPath("pics/a.jpg"), b = WorldPath("pics/b.png"), pics = WorldPath("pics");
+        const auto run = [](const char* name, const QStringList& arguments, const QString& folder,
+                            const QStringList& pictures, CommandLine::Target target) {
+            QTest::newRow(name) << arguments << int(CommandLine::Run) << folder << pictures << int(target);
+        };
+        const auto other = [](const char* name, const QStringList& arguments, CommandLine::Action action) {
+            QTest::newRow(name) << arguments << int(action) << QString() << QStringList() << 0;
+        };
+        run("nothing shows the samples", {}, "SAMPLES", {}, CommandLine::GalleryFolder);
+        run("one folder", {pics}, pics, {}, CommandLine::GalleryFolder);
+        run("pictures in order", {b, a}, "", {b, a}, CommandLine::GalleryCollection);
+        run("one picture opens its picture window", {a}, "", {a}, CommandLine::PictureWindow);
+        run("a relative path becomes absolute", {"pics/a.jpg"}, "", {a}, CommandLine::PictureWindow);
+        run("a picture whose name starts with a dash after --", {"--", WorldPath("-dash.jpg")}, "",
+            {WorldPath("-dash.jpg")}, CommandLine::PictureWindow);
+        other("help wins", {pics, "--help"}, CommandLine::Help);
+        other("short help", {"-h"}, CommandLine::Help);
+        other("version", {"--version"}, CommandLine::Version);
+        other("unknown option", {"--frobnicate"}, CommandLine::Error);
+        other("missing folder", {WorldPath("nowhere")}, CommandLine::Error);
+        other("folder among pictures", {a, pics}, CommandLine::Error);
     }
     void parse()
     {
@@ -53,20 +50,13 @@ private Q_SLOTS:
         QFETCH(int, action);
         const CommandLine line = CommandLine::Parse(arguments, QStringLiteral("SAMPLES"));
         QCOMPARE(int(line.action), action);
-        if (action == CommandLine::Error) {
+        if (action == CommandLine::Error)
             QVERIFY(!line.message.isEmpty());
+        if (action != CommandLine::Run)
             return;
-        }
         QTEST(line.folder, "folder");
         QTEST(line.pictures, "pictures");
         QTEST(int(line.target()), "target");
-    }
-
-    void relativePathsBecomeAbsolute()
-    {
-        QDir::setCurrent(world());
-        const CommandLine line = CommandLine::Parse({QStringLiteral("pics/a.jpg")}, QString());
-        QCOMPARE(line.pictures, QStringList{world() + QStringLiteral("/pics/a.jpg")});
     }
 };
 

@@ -1,12 +1,10 @@
+#include "AppFixtures.h"
 #include "TestWorld.h"
 
 #include "app/MainMenus.h"
-#include "app/SettingsStore.h"
 #include "app/StartUp.h"
 #include "app/WindowBalloon.h"
 #include "app/frmSysTray.h"
-#include "app/mdiMain.h"
-#include "common/AppGlobals.h"
 #include "controls/ucSideBar.h"
 
 #include <QDir>
@@ -27,21 +25,8 @@ class tst_MainWindow : public QObject
             Globals().Options[size_t(index)] = 1;
     }
 
-    static void startAndSettle(mdiMain& main)
-    {
-        main.Load();
-        main.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&main));
-        QTRY_VERIFY(!main.StartingUp());
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        QFile::remove(SettingsStore::defaultPath());
-        SettingsStore::reopenGlobal();
-        setOptions({});
-    }
+    void init() { FreshSettings(); }
 
     void leftoversAreCleanedUp_data()
     {
@@ -56,62 +41,51 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, files);
         QTemporaryDir folder;
-        for (const QString& name : files) {
-            QFile file(folder.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        for (const QString& name : files)
+            WriteFile(folder.filePath(name), {});
         QDir(folder.path()).mkdir(QStringLiteral("st6folder"));
         StartUp::CleanLeftovers(folder.path());
         QTEST(QDir(folder.path()).entryList(QDir::Files, QDir::Name), "kept");
         QVERIFY(QFileInfo(folder.filePath(QStringLiteral("st6folder"))).isDir());
     }
 
-    void emptyStoreStart()
-    {
-        StartUp::ReadGlobals(SettingsStore::global(), Globals());
-        mdiMain main;
-        QSignalSpy tips(&main, &mdiMain::TipWindowRequested);
-        startAndSettle(main);
-        QCOMPARE(main.SideBar(0)->Align(), 3);
-        QVERIFY(main.statusBar()->isVisible());
-        QVERIFY(main.windowFlags() & Qt::WindowStaysOnTopHint);
-        QCOMPARE(tips.count(), 1);
-        QVERIFY(main.Area()->subWindowList().isEmpty());
-        QCOMPARE(QStringList({"Howdy!", "Welcome!", "Hi there!", "Greetings!", "Hola!"}).count(main.Greeting() + u'!'), 1);
-    }
-
-    void deferredStep_data()
+    void startUp_data()
     {
         QTest::addColumn<QList<int>>("options");
         QTest::addColumn<QString>("lastUsed");
         QTest::addColumn<QString>("opened");
-        QTest::addColumn<bool>("onTop");
-        QTest::addColumn<int>("tips");
         // The gallery's own status comes from its folder listing, before or after "Ready".
         QTest::addColumn<QString>("status");
-        QTest::newRow("last area reopens the gallery") << QList<int>{9} << "2" << "frmThumbnails" << false << 0 << "";
-        QTest::newRow("last area reopens the builder") << QList<int>{9, 5} << "4" << "frmSlideshow" << true << 0 << "Ready";
-        QTest::newRow("last used 0 opens nothing") << QList<int>{9, 6} << "0" << "" << false << 1 << "";
-        QTest::newRow("a separator opens nothing") << QList<int>{9} << "3" << "" << false << 0 << "";
-        QTest::newRow("option 9 off opens nothing") << QList<int>{} << "2" << "" << false << 0 << "";
-        QTest::newRow("nothing stored means button 1") << QList<int>{9} << "" << "" << false << 0 << "";
+        QTest::newRow("last area reopens the gallery") << QList<int>{9} << "2" << "frmThumbnails" << "";
+        QTest::newRow("last area reopens the builder, on top") << QList<int>{9, 5} << "4" << "frmSlideshow" << "Ready";
+        QTest::newRow("last used 0 opens nothing, tips") << QList<int>{9, 6} << "0" << "" << "";
+        QTest::newRow("a separator opens nothing") << QList<int>{9} << "3" << "" << "";
+        QTest::newRow("option 9 off opens nothing") << QList<int>{} << "2" << "" << "";
+        QTest::newRow("nothing stored means button 1") << QList<int>{9} << "" << "" << "";
+        QTest::newRow("side bar and status bar") << QList<int>{4, 11} << "" << "" << "";
     }
-    void deferredStep()
+    void startUp()
     {
         QFETCH(QList<int>, options);
         QFETCH(QString, lastUsed);
-        QFETCH(QString, opened);
+        QFETCH(QString, status);
         setOptions(options);
         if (!lastUsed.isEmpty())
             SettingsStore::global().write("mdiMain", "Last Used", lastUsed);
+        SettingsStore::global().write("mdiMain", "SideBar_Align", 4);
         mdiMain main;
-        QSignalSpy tipSpy(&main, &mdiMain::TipWindowRequested);
+        QSignalSpy tips(&main, &mdiMain::TipWindowRequested);
         QVERIFY(!main.tmrMain[3].isActive());
-        startAndSettle(main);
-        QCOMPARE(main.ActiveChild() ? main.ActiveChild()->objectName() : QString(), opened);
-        QTEST(bool(main.windowFlags() & Qt::WindowStaysOnTopHint), "onTop");
-        QTEST(int(tipSpy.count()), "tips");
-        QFETCH(QString, status);
+        StartMain(main);
+        QTEST(main.ActiveChild() ? main.ActiveChild()->objectName() : QString(), "opened");
+        QCOMPARE(bool(main.windowFlags() & Qt::WindowStaysOnTopHint), options.contains(5));
+        QCOMPARE(tips.count(), options.contains(6) ? 1 : 0);
+        QCOMPARE(main.SideBar(0)->isVisible(), options.contains(4));
+        if (options.contains(4))
+            QCOMPARE(main.SideBar(0)->Align(), 4);
+        QCOMPARE(main.statusBar()->isVisible(), options.contains(11));
+        // Without a tray to show it, the greeting comes up in the window.
+        QCOMPARE(main.Balloon()->isVisible(), !main.Tray()->CanHideToTray());
         if (!status.isEmpty())
             QCOMPARE(main.statusBar()->findChild<QLabel*>()->text(), status);
     }
@@ -119,89 +93,58 @@ private Q_SLOTS:
     void childWindowsOpenOnceWithTheirNames()
     {
         mdiMain main;
-        startAndSettle(main);
+        StartMain(main);
         main.tlbMain_ButtonClick(2);
         main.tlbMain_ButtonClick(0);
         main.tlbMain_ButtonClick(2);
         QCOMPARE(main.Area()->subWindowList().size(), 2);
-        QCOMPARE(main.ActiveChild()->windowTitle(), QStringLiteral("My Thumbnails"));
+        QCOMPARE(main.ActiveChild()->objectName(), QStringLiteral("frmThumbnails"));
         QCOMPARE(SettingsStore::global().read("mdiMain", "Last Used"), QStringLiteral("2"));
         main.Menus()->Action("mnuTools", 5)->trigger();
         QCOMPARE(main.ActiveChild()->objectName(), QStringLiteral("frmSlideshow"));
         QCOMPARE(main.IdleTicks(), 0);
     }
 
-    void sideBarAndStatusFollowOptions()
-    {
-        SettingsStore::global().write("mdiMain", "SideBar_Align", 4);
-        mdiMain hidden;
-        startAndSettle(hidden);
-        QVERIFY(!hidden.SideBar(0)->isVisible());
-        QVERIFY(!hidden.statusBar()->isVisible());
-
-        setOptions({4, 11});
-        mdiMain shown;
-        startAndSettle(shown);
-        QVERIFY(shown.SideBar(0)->isVisible());
-        QCOMPARE(shown.SideBar(0)->Align(), 4);
-        QVERIFY(shown.statusBar()->isVisible());
-    }
-
-    void resizeWritesDimensionsInTwips()
-    {
-        mdiMain main;
-        startAndSettle(main);
-        main.resize(640, 480);
-        QTRY_COMPARE(SettingsStore::global().read("mdiMain", "Dimensions0"), QString::number(main.width() * 15));
-        QCOMPARE(SettingsStore::global().read("mdiMain", "Dimensions1"), QString::number(main.height() * 15));
-    }
-
     void closeRequest_data()
     {
         QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("ends");
-        QTest::addColumn<QString>("saved");
+        QTest::addColumn<bool>("exit"); // File > Exit instead of closing the window
+        QTest::addColumn<QString>("saved"); // the window state kept when the program ends
         QTest::newRow("normal goes to the tray") << int(Qt::WindowNoState) << false << "";
         QTest::newRow("maximised goes back to normal and to the tray") << int(Qt::WindowMaximized) << false << "";
-        QTest::newRow("minimised ends the program") << int(Qt::WindowMinimized) << true << "1";
+        QTest::newRow("minimised ends the program") << int(Qt::WindowMinimized) << false << "1";
+        QTest::newRow("Exit ends it maximised") << int(Qt::WindowMaximized) << true << "2";
     }
     void closeRequest()
     {
         QFETCH(int, state);
-        QFETCH(bool, ends);
+        QFETCH(bool, exit);
         QFETCH(QString, saved);
         mdiMain main;
         QSignalSpy unloaded(&main, &mdiMain::Unloaded);
-        startAndSettle(main);
+        StartMain(main);
         main.setWindowState(Qt::WindowState(state));
-        main.close();
-        QCOMPARE(unloaded.count(), ends ? 1 : 0);
-        QCOMPARE(SettingsStore::global().read("General", "WindowState"), saved);
-        if (!ends) {
-            QVERIFY(main.HiddenToTray());
-            QVERIFY(!main.isMaximized());
-            // No tray in the test platform: the window is minimised, never lost.
-            QVERIFY(main.isMinimized() || !main.isVisible());
-            if (!main.Tray()->CanHideToTray())
-                QVERIFY(main.isVisible());
-            QVERIFY(!main.tmrMain[0].isActive());
-            main.ShowMain();
-            QVERIFY(!main.isMinimized());
-            QVERIFY(main.tmrMain[0].isActive());
+        if (exit)
+            main.Menus()->Action("mnuFile", 19)->trigger();
+        else
+            main.close();
+        QCOMPARE(unloaded.count(), saved.isEmpty() ? 0 : 1);
+        // Read back from the file, in another spelling of the key.
+        QCOMPARE(SettingsStore(SettingsStore::defaultPath()).read("General", "Windowstate"), saved);
+        if (!saved.isEmpty()) {
+            QVERIFY(!main.isVisible());
+            return;
         }
-    }
-
-    void exitSavesWindowState()
-    {
-        mdiMain main;
-        QSignalSpy unloaded(&main, &mdiMain::Unloaded);
-        startAndSettle(main);
-        main.showMaximized();
-        main.Menus()->Action("mnuFile", 19)->trigger();
-        QCOMPARE(unloaded.count(), 1);
-        QVERIFY(!main.isVisible());
-        SettingsStore reread(SettingsStore::defaultPath());
-        QCOMPARE(reread.read("General", "Windowstate"), QStringLiteral("2"));
+        QVERIFY(main.HiddenToTray());
+        QVERIFY(!main.isMaximized());
+        // With no tray the window is minimised, never lost.
+        QVERIFY(main.isMinimized() || !main.isVisible());
+        if (!main.Tray()->CanHideToTray())
+            QVERIFY(main.isVisible());
+        QVERIFY(!main.tmrMain[0].isActive());
+        main.ShowMain();
+        QVERIFY(!main.isMinimized());
+        QVERIFY(main.tmrMain[0].isActive());
     }
 
     void idleCountdown_data()
@@ -219,7 +162,7 @@ private Q_SLOTS:
         setOptions(option0 ? QList<int>{0} : QList<int>{});
         SettingsStore::global().write("General", "MinToTray_Minutes", minutes);
         mdiMain main;
-        startAndSettle(main);
+        StartMain(main);
         main.tmrMain[0].setInterval(10);
         main.tmrMain[0].start();
         if (!option0) {
@@ -254,19 +197,6 @@ private Q_SLOTS:
         tray.TrayMessage(frmSysTray::LeftDoubleClick);
         tray.TrayMessage(512);
         QCOMPARE(restore.count(), 1);
-    }
-
-    void balloonWithoutTrayGoesToTheWindow()
-    {
-        setOptions({1, 11});
-        mdiMain main;
-        startAndSettle(main);
-        if (main.Tray()->CanHideToTray())
-            QSKIP("a real tray is present");
-        QVERIFY(main.Balloon()->isVisible());
-        const QList<QLabel*> labels = main.Balloon()->findChildren<QLabel*>();
-        QCOMPARE(labels.value(0)->text(), QStringLiteral("Lumbra\u00A9  -  ") + main.Greeting() + u'!');
-        QVERIFY(labels.value(1)->text().startsWith(QStringLiteral("You can easily access Lumbra")));
     }
 };
 

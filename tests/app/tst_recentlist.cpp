@@ -1,7 +1,7 @@
+#include "AppFixtures.h"
 #include "TestWorld.h"
 
 #include "app/RecentList.h"
-#include "app/SettingsStore.h"
 
 class tst_RecentList : public QObject
 {
@@ -22,12 +22,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("sixth pushes the first out")
             << QStringList{"A", "B", "C", "D", "E", "F"} << QStringList{"F", "E", "D", "C", "B"};
-        QTest::newRow("current first changes nothing")
-            << QStringList{"A", "B", "B"} << QStringList{"B", "A", "", "", ""};
+        QTest::newRow("current first changes nothing") << QStringList{"A", "B", "B"} << QStringList{"B", "A", "", "", ""};
         QTest::newRow("last item moves to the front")
             << QStringList{"A", "B", "C", "D", "E", "A"} << QStringList{"A", "E", "D", "C", "B"};
-        QTest::newRow("blanks around make a second copy")
-            << QStringList{"x", " x "} << QStringList{"x", "x", "", "", ""};
+        QTest::newRow("blanks around make a second copy") << QStringList{"x", " x "} << QStringList{"x", "x", "", "", ""};
         QTest::newRow("case matters") << QStringList{"a.jpg", "A.JPG"} << QStringList{"A.JPG", "a.jpg", "", "", ""};
     }
     void propose()
@@ -45,20 +43,18 @@ private Q_SLOTS:
     {
         SettingsStore& store = SettingsStore::global();
         RecentList empty;
-        empty.Load(store, QStringLiteral("mdiMain"));
+        empty.Load(store, "mdiMain");
         QCOMPARE(items(empty), QStringList(5));
-
         RecentList list;
-        list.Propose(QStringLiteral("/pics/one.jpg"));
-        list.Propose(QStringLiteral("/pics/two.png"));
-        list.Save(store, QStringLiteral("mdiMain"));
-        QCOMPARE(store.read(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_0")), QStringLiteral("/pics/two.png"));
-        QVERIFY(store.contains(QStringLiteral("mdiMain"), QStringLiteral("File_Recent_4")));
-
+        list.Propose("/pics/one.jpg");
+        list.Propose("/pics/two.png");
+        list.Save(store, "mdiMain");
+        QCOMPARE(store.read("mdiMain", "File_Recent_0"), QStringLiteral("/pics/two.png"));
+        QVERIFY(store.contains("mdiMain", "File_Recent_4"));
+        // Back from the file, under another spelling of the section.
         store.flush();
-        SettingsStore reread(SettingsStore::defaultPath());
         RecentList loaded;
-        loaded.Load(reread, QStringLiteral("MDIMAIN"));
+        loaded.Load(SettingsStore(SettingsStore::defaultPath()), "MDIMAIN");
         QCOMPARE(items(loaded), items(list));
     }
 };

@@ -1,9 +1,8 @@
+#include "AppFixtures.h"
 #include "TestWorld.h"
 
-#include "app/frmTip.h"
-#include "app/SettingsStore.h"
 #include "app/TipRules.h"
-#include "common/AppGlobals.h"
+#include "app/frmTip.h"
 #include "common/Utilities.h"
 
 #include <QCheckBox>
@@ -18,43 +17,36 @@ class tst_Tips : public QObject
 
     static QString tipsFile() { return TipRules::FilePath(Utilities::ProgramFolder()); }
 
-    static void writeTips(const QByteArray& content)
-    {
-        QFile file(tipsFile());
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(content);
-    }
-
-    static QByteArray readTips()
-    {
-        QFile file(tipsFile());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
-
 private Q_SLOTS:
     void init()
     {
-        // What the last case wrote reaches the file first, or it would come back.
-        SettingsStore::global().flush();
-        QFile::remove(SettingsStore::defaultPath());
-        SettingsStore::reopenGlobal();
+        FreshSettings();
         QFile::remove(tipsFile());
-        Globals().Options.fill(0);
         Globals().Options[6] = 1;
     }
 
     void missingFileLeavesAnEmptyOne()
     {
         frmTip tip;
-        QCOMPARE(
-            tip.lblTipText->text(),
-            QStringLiteral(
-                "I'm sorry, Tip of the Day [tipofday.txt] file was not found.  Either it was not "
-                "in the installation package, or it has been moved or deleted.  You can still "
-                "add tips of your own!"));
+        QCOMPARE(tip.lblTipText->text(), TipRules::MissingText());
         QVERIFY(QFileInfo::exists(tipsFile()));
         QCOMPARE(QFileInfo(tipsFile()).size(), 0);
         QVERIFY(!tip.cmdTips[0]->isEnabled());
+    }
+
+    void oneTipALine_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("tips");
+        QTest::newRow("Windows line ends") << QByteArray("One\r\nTwo\r\n") << QStringList{"One", "Two"};
+        QTest::newRow("last line without its break") << QByteArray("One\nTwo") << QStringList{"One", "Two"};
+        QTest::newRow("empty file") << QByteArray() << QStringList{};
+    }
+    void oneTipALine()
+    {
+        QFETCH(QByteArray, content);
+        WriteFile(tipsFile(), content);
+        QTEST(TipRules::Load(tipsFile()).value_or(QStringList{"(missing)"}), "tips");
     }
 
     void scrollBarFromLongTips_data()
@@ -68,7 +60,7 @@ private Q_SLOTS:
     {
         QFETCH(int, shownLength);
         // Words, so the text wraps as a real tip does; "..." comes in front when shown.
-        writeTips(QByteArray("word ").repeated(shownLength).left(shownLength - 3) + '\n');
+        WriteFile(tipsFile(), QByteArray("word ").repeated(shownLength).left(shownLength - 3) + '\n');
         frmTip tip;
         tip.show();
         QVERIFY(QTest::qWaitForWindowExposed(&tip));
@@ -79,21 +71,25 @@ private Q_SLOTS:
     void addedTipGetsItsPrefix_data()
     {
         QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QString>("added");
         QTest::addColumn<QByteArray>("after");
-        QTest::newRow("after a whole line")
-            << QByteArray("First\n") << QByteArray("First\n...Zoom in\n");
+        QTest::newRow("after a whole line") << QByteArray("First\n") << "Zoom in" << QByteArray("First\n...Zoom in\n");
         QTest::newRow("after a last line without its break")
-            << QByteArray("First") << QByteArray("First\n...Zoom in\n");
+            << QByteArray("First") << "Zoom in" << QByteArray("First\n...Zoom in\n");
+        QTest::newRow("typed over two lines, kept on one")
+            << QByteArray("First\n") << "Zoom\r\nin" << QByteArray("First\n...Zoom  in\n");
     }
     void addedTipGetsItsPrefix()
     {
         QFETCH(QByteArray, before);
-        writeTips(before);
+        QFETCH(QString, added);
+        QFETCH(QByteArray, after);
+        WriteFile(tipsFile(), before);
         frmTip tip;
-        tip.AddTip(QStringLiteral("Zoom in"));
-        QTEST(readTips(), "after");
+        tip.AddTip(added);
+        QCOMPARE(ReadFile(tipsFile()), after);
         // Shown as every line is shown, with "..." in front of the "..." the file holds.
-        QCOMPARE(tip.lblTipText->text(), QStringLiteral("......Zoom in"));
+        QCOMPARE(tip.lblTipText->text(), "..." + QString::fromUtf8(after.split('\n').value(1)));
     }
 
     void randomTipNeverRepeatsTheOneShown_data()
@@ -109,7 +105,7 @@ private Q_SLOTS:
         QByteArray content;
         for (int i = 1; i <= count; ++i)
             content += "Tip " + QByteArray::number(i) + '\n';
-        writeTips(content);
+        WriteFile(tipsFile(), content);
         frmTip tip;
         QSet<QString> seen{tip.lblTipText->text()};
         for (int click = 0; click < 60; ++click) {
@@ -125,7 +121,7 @@ private Q_SLOTS:
 
     void untickingWritesOption6AtOnce()
     {
-        writeTips("Only tip\n");
+        WriteFile(tipsFile(), "Only tip\n");
         frmTip tip;
         tip.show();
         QVERIFY(tip.chkTips->isChecked());
@@ -134,28 +130,22 @@ private Q_SLOTS:
         tip.chkTips->click();
         QCOMPARE(Globals().Options[6], 0L);
         SettingsStore::global().flush();
-        QCOMPARE(SettingsStore(SettingsStore::defaultPath()).read("General", "Options_6"),
-                 QStringLiteral("0"));
+        QCOMPARE(SettingsStore(SettingsStore::defaultPath()).read("General", "Options_6"), QStringLiteral("0"));
         QVERIFY(tip.isVisible());
     }
 
     void installedTipsAreCopiedOnce()
     {
-        const QString folder = property("worldPath").toString();
-        const QString installed = folder + QStringLiteral("/installed.txt");
-        {
-            QFile file(installed);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write("Installed tip\n");
-        }
+        const QString installed = WorldPath("installed.txt");
+        WriteFile(installed, "Installed tip\n");
         QFile::setPermissions(installed, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
         QVERIFY(TipRules::ProvideCopy(tipsFile(), installed));
-        QCOMPARE(readTips(), QByteArray("Installed tip\n"));
+        QCOMPARE(ReadFile(tipsFile()), QByteArray("Installed tip\n"));
         QVERIFY(QFile::permissions(tipsFile()) & QFile::WriteOwner);
         // The user's copy takes added tips, and is never replaced.
         QVERIFY(TipRules::Append(tipsFile(), QStringLiteral("Mine")));
         QVERIFY(!TipRules::ProvideCopy(tipsFile(), installed));
-        QCOMPARE(readTips(), QByteArray("Installed tip\n...Mine\n"));
+        QCOMPARE(ReadFile(tipsFile()), QByteArray("Installed tip\n...Mine\n"));
     }
 };
 

@@ -1,13 +1,10 @@
-#include "TestWorld.h"
-
+#include "AppFixtures.h"
 #include "BitmapCheck.h"
 #include "DialogAnswers.h"
+#include "TestWorld.h"
 
 #include "app/MainMenus.h"
-#include "app/mdiMain.h"
-#include "app/SettingsStore.h"
 #include "app/Wallpaper.h"
-#include "common/AppGlobals.h"
 #include "common/PlasmaWallpaper.h"
 #include "common/XfceWallpaper.h"
 
@@ -21,20 +18,14 @@ class tst_Wallpaper : public QObject
 {
     Q_OBJECT
 
-    QString world(const QString& relative) const
-    {
-        return property("worldPath").toString() + u'/' + relative;
-    }
-    QString backgrounds() const { return world(QStringLiteral("data/backgrounds")); }
+    static QString backgrounds() { return WorldPath("data/backgrounds"); }
 
     // The value of a GNOME background key as gsettings stored it; empty when it never was.
-    QString gnomeValue(const QString& key) const
+    static QString gnomeValue(const QString& key)
     {
-        QFile file(world(QStringLiteral("config/glib-2.0/settings/keyfile")));
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-            return {};
         bool inGroup = false;
-        for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n')) {
+        const QByteArray keyFile = ReadFile(WorldPath("config/glib-2.0/settings/keyfile"));
+        for (const QString& line : QString::fromUtf8(keyFile).split(u'\n')) {
             if (line.startsWith(u'['))
                 inGroup = line == QLatin1String("[org/gnome/desktop/background]");
             else if (inGroup && line.startsWith(key + u'='))
@@ -43,26 +34,16 @@ class tst_Wallpaper : public QObject
         return {};
     }
 
-    QString makePicture(const QString& name) const
-    {
-        QDir().mkpath(world(QStringLiteral("pics")));
-        const QString path = world(QStringLiteral("pics/") + name);
-        QImage image(40, 30, QImage::Format_RGB32);
-        image.fill(QColor(30, 120, 200));
-        [[maybe_unused]] const bool saved = image.save(path, "JPEG");
-        return path;
-    }
+    static QString makePicture(const QString& name) { return MakePicture(WorldPath("pics/" + name), {40, 30}); }
 
 private Q_SLOTS:
     void init()
     {
         qputenv("GSETTINGS_BACKEND", "keyfile");
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");
-        QDir(world(QStringLiteral("config/glib-2.0"))).removeRecursively();
+        QDir(WorldPath("config/glib-2.0")).removeRecursively();
         QDir(backgrounds()).removeRecursively();
-        QFile::remove(SettingsStore::defaultPath());
-        SettingsStore::reopenGlobal();
-        Globals().Options.fill(0);
+        FreshSettings();
         Globals().CurrentPicture.clear();
     }
 
@@ -73,19 +54,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("options");
         QTest::addColumn<QString>("picture");
         QTest::addColumn<QString>("copy");
-        QTest::newRow("centre") << QByteArray("GNOME") << 3 << "centered"
-                                << "Beach.jpg"
-                                << "BEACH.BMP";
-        QTest::newRow("stretched, on Ubuntu") << QByteArray("ubuntu:GNOME") << 4 << "stretched"
-                                              << "Beach.jpg"
-                                              << "BEACH.BMP";
+        QTest::newRow("centre") << QByteArray("GNOME") << 3 << "centered" << "Beach.jpg" << "BEACH.BMP";
+        QTest::newRow("stretched, on Ubuntu")
+            << QByteArray("ubuntu:GNOME") << 4 << "stretched" << "Beach.jpg" << "BEACH.BMP";
         QTest::newRow("tiled, a name without extension loses four characters")
-            << QByteArray("GNOME") << 5 << "wallpaper"
-            << "Picture"
-            << "PIC.BMP";
-        QTest::newRow("none ticked is centred") << QByteArray("GNOME") << 2 << "centered"
-                                                << "Beach.jpg"
-                                                << "BEACH.BMP";
+            << QByteArray("GNOME") << 5 << "wallpaper" << "Picture" << "PIC.BMP";
+        QTest::newRow("none ticked is centred") << QByteArray("GNOME") << 2 << "centered" << "Beach.jpg" << "BEACH.BMP";
     }
     void gnomeWallpaperInEachStyle()
     {
@@ -161,11 +135,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         qputenv("XDG_CURRENT_DESKTOP", desktop);
         const QString source = makePicture(QStringLiteral("picture.jpg"));
-        if (!content.isEmpty()) {
-            QFile file(source);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content);
-        }
+        if (!content.isEmpty())
+            WriteFile(source, content);
         DialogAnswers answers;
         QVERIFY(!Wallpaper::SetAsWallpaper(nullptr, source, true, 4));
         QCOMPARE(answers.seen, QStringList{Wallpaper::FailTitle + u'|' + Wallpaper::FailText});
@@ -178,10 +149,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("uri");
         QTest::addColumn<QString>("literal");
         QTest::newRow("quotes and backslash")
-            << "file:///x/it's\\\"q\".BMP"
-            << "\"file:///x/it\\u0027s\\u005c\\u0022q\\u0022.BMP\"";
-        QTest::newRow("line break") << "file:///a\nb"
-                                    << "\"file:///a\\u000ab\"";
+            << "file:///x/it's\\\"q\".BMP" << "\"file:///x/it\\u0027s\\u005c\\u0022q\\u0022.BMP\"";
+        QTest::newRow("line break") << "file:///a\nb" << "\"file:///a\\u000ab\"";
     }
     void plasmaScriptKeepsThePathInItsString()
     {
@@ -210,9 +179,7 @@ private Q_SLOTS:
     void xfceSetsEveryMonitorAndWorkspace()
     {
         QFETCH(QByteArray, listing);
-        QTEST(
-            XfceWallpaper::BackdropFolders(XfceWallpaper::ParseListing(listing), {"DP-1", "DP-2"}),
-            "folders");
+        QTEST(XfceWallpaper::BackdropFolders(XfceWallpaper::ParseListing(listing), {"DP-1", "DP-2"}), "folders");
     }
 };
 

@@ -1,11 +1,9 @@
+#include "AppFixtures.h"
 #include "TestWorld.h"
 
-#include "app/mdiMain.h"
 #include "app/MenuTable.h"
-#include "app/SettingsStore.h"
 #include "common/WindowPlacement.h"
 
-#include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
@@ -13,16 +11,10 @@ class tst_WindowPlacement : public QObject
 {
     Q_OBJECT
 
-    static QMdiSubWindow* subWindowOf(QWidget* child)
+    static QMdiSubWindow* openGallery(mdiMain& main)
     {
+        QWidget* child = main.OpenChild(MenuTable::ThumbnailsButton);
         return qobject_cast<QMdiSubWindow*>(child ? child->parentWidget() : nullptr);
-    }
-
-    // Closes what runs in this store and starts again from what reached the settings file.
-    static void restartFromFile()
-    {
-        SettingsStore::global().flush();
-        SettingsStore::reopenGlobal();
     }
 
 private Q_SLOTS:
@@ -36,8 +28,7 @@ private Q_SLOTS:
         QTest::newRow("on its screen, as saved")
             << QRect(100, 80, 800, 600) << QList<QRect>{left, right} << QRect(100, 80, 800, 600);
         QTest::newRow("on the second screen, as saved")
-            << QRect(2000, 100, 800, 600) << QList<QRect>{left, right}
-            << QRect(2000, 100, 800, 600);
+            << QRect(2000, 100, 800, 600) << QList<QRect>{left, right} << QRect(2000, 100, 800, 600);
         QTest::newRow("its screen has gone: onto the one left")
             << QRect(2000, 100, 800, 600) << QList<QRect>{left} << QRect(1920 - 48, 100, 800, 600);
         QTest::newRow("larger than the screen: shrunk to it")
@@ -63,12 +54,10 @@ private Q_SLOTS:
         const QRect childPlace(20, 10, 380, 240);
         {
             mdiMain main;
-            main.Load();
-            main.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&main));
+            StartMain(main);
             main.move(mainPlace.topLeft());
             main.resize(mainPlace.size());
-            QMdiSubWindow* sub = subWindowOf(main.OpenChild(MenuTable::ThumbnailsButton));
+            QMdiSubWindow* sub = openGallery(main);
             QVERIFY(sub);
             sub->move(childPlace.topLeft());
             sub->resize(childPlace.size());
@@ -76,16 +65,16 @@ private Q_SLOTS:
             sub->close();
             main.hide();
         }
-        restartFromFile();
+        // Start again from what reached the settings file.
+        SettingsStore::global().flush();
+        SettingsStore::reopenGlobal();
         QCOMPARE(SettingsStore::global().read("frmThumbnails", "Left"), QString::number(20 * 15));
         QCOMPARE(SettingsStore::global().read("mdiMain", "Width"), QString::number(760 * 15));
 
         mdiMain main;
-        main.Load();
-        main.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&main));
+        StartMain(main);
         QCOMPARE(QRect(main.pos(), main.size()), mainPlace);
-        QMdiSubWindow* sub = subWindowOf(main.OpenChild(MenuTable::ThumbnailsButton));
+        QMdiSubWindow* sub = openGallery(main);
         QVERIFY(sub);
         QCOMPARE(QRect(sub->pos(), sub->size()), childPlace);
     }

@@ -1,26 +1,16 @@
+#include "AppFixtures.h"
 #include "DialogAnswers.h"
 #include "TestWorld.h"
 
-#include "app/FileChooser.h"
 #include "app/ZipPictures.h"
 
 #include <QRandomGenerator>
 
 #include <zip.h>
 
-namespace {
-
-void makeFile(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
 // Every entry of the archive as name=content, read back with libzip; "unreadable" when the
 // archive cannot be opened.
-QStringList readBack(const QString& zipPath)
+static QStringList readBack(const QString& zipPath)
 {
     int error = 0;
     zip_t* archive =
@@ -44,50 +34,50 @@ QStringList readBack(const QString& zipPath)
     return entries;
 }
 
-} // namespace
-
 class tst_ZipPictures : public QObject
 {
     Q_OBJECT
 
-    int m_folders = 0;
-
-    QString freshFolder()
+    // A folder of its own for each case, with the pictures in it; each picture holds its own
+    // relative path, so every entry shows where it came from.
+    static QStringList makeFolder(QString& folder, const QStringList& pictures, bool oldArchive)
     {
-        const QString folder =
-            property("worldPath").toString() + QStringLiteral("/zip%1/").arg(++m_folders);
+        static int count = 0;
+        folder = WorldPath(QStringLiteral("zip%1/").arg(++count));
         QDir().mkpath(folder);
-        return folder;
+        QStringList files;
+        for (const QString& picture : pictures) {
+            WriteFile(folder + picture, picture.toLatin1());
+            files << folder + picture;
+        }
+        if (oldArchive) {
+            WriteFile(folder + "old.txt", "old");
+            [[maybe_unused]] const bool made = ZipPictures::Write({folder + "old.txt"}, folder + "out.zip");
+        }
+        return files;
     }
 
 private slots:
-    void cleanup() { FileChooser::SetAnswer({}); }
-
     void writesTheChosenPictures_data()
     {
         QTest::addColumn<QStringList>("pictures");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<bool>("existing");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("written");
-        QTest::addColumn<QStringList>("entries");
-
+        QTest::addColumn<QStringList>("entries"); // of out.zip
         const QStringList two{"a/beach.jpg", "a/cat.bmp"};
         const QStringList bothEntries{"beach.jpg=a/beach.jpg", "cat.bmp=a/cat.bmp"};
-        QTest::newRow("two pictures, names and bytes")
-            << two << "out.zip" << false << 0 << "out.zip" << bothEntries;
-        QTest::newRow("a name typed without .zip gains it")
-            << two << "out" << false << 0 << "out.zip" << bothEntries;
+        QTest::newRow("two pictures, names and bytes") << two << "out.zip" << false << 0 << bothEntries;
+        QTest::newRow("a name typed without .zip gains it") << two << "out" << false << 0 << bothEntries;
         QTest::newRow("one name from two folders, the second a Copy Of")
-            << QStringList{"a/beach.jpg", "b/beach.jpg"} << "out.zip" << false << 0 << "out.zip"
+            << QStringList{"a/beach.jpg", "b/beach.jpg"} << "out.zip" << false << 0
             << QStringList{"beach.jpg=a/beach.jpg", "Copy Of beach.jpg=b/beach.jpg"};
         QTest::newRow("an archive there, replaced after yes")
-            << two << "out.zip" << true << int(QMessageBox::Yes) << "out.zip" << bothEntries;
+            << two << "out.zip" << true << int(QMessageBox::Yes) << bothEntries;
         QTest::newRow("an archive there, kept after no")
-            << two << "out.zip" << true << int(QMessageBox::No) << "out.zip"
-            << QStringList{"old.txt=old"};
+            << two << "out.zip" << true << int(QMessageBox::No) << QStringList{"old.txt=old"};
         QTest::newRow("save dialog cancelled, nothing written")
-            << two << "" << false << 0 << "out.zip" << QStringList{"unreadable"};
+            << two << "" << false << 0 << QStringList{"unreadable"};
     }
 
     void writesTheChosenPictures()
@@ -96,32 +86,18 @@ private slots:
         QFETCH(QString, typed);
         QFETCH(bool, existing);
         QFETCH(int, answer);
-        QFETCH(QString, written);
         QFETCH(QStringList, entries);
-        const QString folder = freshFolder();
-        QStringList files;
-        // Each picture holds its own relative path, so every entry shows where it came from.
-        for (const QString& picture : pictures) {
-            makeFile(folder + picture, picture.toLatin1());
-            files << folder + picture;
-        }
-        if (existing) {
-            makeFile(folder + "old.txt", "old");
-            QVERIFY(ZipPictures::Write({folder + "old.txt"}, folder + "out.zip"));
-        }
-        FileChooser::Request asked;
-        FileChooser::SetAnswer([&](const FileChooser::Request& request) {
-            asked = request;
-            return typed.isEmpty() ? QStringList{} : QStringList{folder + typed};
-        });
+        QString folder;
+        const QStringList files = makeFolder(folder, pictures, existing);
+        FileAnswers chosen({typed.isEmpty() ? QStringList{} : QStringList{folder + typed}});
         DialogAnswers answers({QMessageBox::StandardButton(answer)});
 
         ZipPictures::Run(nullptr, files);
 
-        QVERIFY(asked.save);
-        QCOMPARE(asked.folder, QFileInfo(files.first()).absolutePath());
+        QVERIFY(chosen.asked.value(0).save);
+        QCOMPARE(chosen.asked.value(0).folder, QFileInfo(files.first()).absolutePath());
         QCOMPARE(answers.seen.size(), existing ? 1 : 0);
-        QCOMPARE(readBack(folder + written), entries);
+        QCOMPARE(readBack(folder + "out.zip"), entries);
         // Nothing half-written is left beside the archive.
         const QStringList left = QDir(folder).entryList(QDir::Files);
         QVERIFY2(left.filter(QStringLiteral("out.zip.")).isEmpty(), qPrintable(left.join(u' ')));
@@ -133,23 +109,17 @@ private slots:
         QTest::newRow("new archive: no file at all") << false;
         QTest::newRow("replacing: the old archive stays whole") << true;
     }
-
     void cancellingLeavesNoPartialFile()
     {
         QFETCH(bool, existing);
-        const QString folder = freshFolder();
-        QStringList files;
+        QString folder;
+        QStringList files = makeFolder(folder, {}, existing);
         // Random bytes do not compress, so the write takes enough steps to be cancelled.
         for (int i = 0; i < 8; ++i) {
             QByteArray bytes(512 * 1024, Qt::Uninitialized);
-            QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(bytes.data()),
-                                                  bytes.size() / 4);
-            makeFile(folder + QStringLiteral("p%1.bmp").arg(i), bytes);
+            QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
             files << folder + QStringLiteral("p%1.bmp").arg(i);
-        }
-        if (existing) {
-            makeFile(folder + "old.txt", "old");
-            QVERIFY(ZipPictures::Write({folder + "old.txt"}, folder + "out.zip"));
+            WriteFile(files.last(), bytes);
         }
         const QStringList before = QDir(folder).entryList(QDir::Files, QDir::Name);
         int calls = 0;
