@@ -38,7 +38,6 @@ private Q_SLOTS:
         run("a picture whose name starts with a dash after --", {"--", WorldPath("-dash.jpg")}, "",
             {WorldPath("-dash.jpg")}, CommandLine::PictureWindow);
         other("help wins", {pics, "--help"}, CommandLine::Help);
-        other("short help", {"-h"}, CommandLine::Help);
         other("version", {"--version"}, CommandLine::Version);
         other("unknown option", {"--frobnicate"}, CommandLine::Error);
         other("missing folder", {WorldPath("nowhere")}, CommandLine::Error);

@@ -33,13 +33,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("up");
         QTest::addColumn<int>("down");
         QTest::newRow("3, the bottom") << "3 minutes" << 10 << 3;
-        QTest::newRow("10") << "10 minutes" << 30 << 3;
         QTest::newRow("30") << "30 minutes" << 60 << 10;
         QTest::newRow("60, the top") << "60 minutes" << 60 << 30;
         QTest::newRow("7, off the ladder") << "7 minutes" << 0 << 0;
-        QTest::newRow("0 stays 0") << "0 minutes" << 0 << 0;
         QTest::newRow("100 reads as its first two digits") << "100 minutes" << 30 << 3;
-        QTest::newRow("-5, off the ladder") << "-5 minutes" << 0 << 0;
         QTest::newRow("no number") << "minutes" << 0 << 0;
     }
     void minutesLadder()

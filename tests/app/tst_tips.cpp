@@ -8,7 +8,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSet>
 
 class tst_Tips : public QObject
@@ -49,25 +48,6 @@ private Q_SLOTS:
         QTEST(TipRules::Load(tipsFile()).value_or(QStringList{"(missing)"}), "tips");
     }
 
-    void scrollBarFromLongTips_data()
-    {
-        QTest::addColumn<int>("shownLength");
-        QTest::addColumn<bool>("scrollBar");
-        QTest::newRow("215 characters shown") << 215 << false;
-        QTest::newRow("216 characters shown") << 216 << true;
-    }
-    void scrollBarFromLongTips()
-    {
-        QFETCH(int, shownLength);
-        // Words, so the text wraps as a real tip does; "..." comes in front when shown.
-        WriteFile(tipsFile(), QByteArray("word ").repeated(shownLength).left(shownLength - 3) + '\n');
-        frmTip tip;
-        tip.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&tip));
-        QCOMPARE(tip.lblTipText->text().size(), shownLength);
-        QTEST(tip.sbTip->isVisible(), "scrollBar");
-    }
-
     void addedTipGetsItsPrefix_data()
     {
         QTest::addColumn<QByteArray>("before");
@@ -92,30 +72,18 @@ private Q_SLOTS:
         QCOMPARE(tip.lblTipText->text(), "..." + QString::fromUtf8(after.split('\n').value(1)));
     }
 
-    void randomTipNeverRepeatsTheOneShown_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::newRow("one tip shows again") << 1;
-        QTest::newRow("two tips take turns") << 2;
-        QTest::newRow("five tips") << 5;
-    }
     void randomTipNeverRepeatsTheOneShown()
     {
-        QFETCH(int, count);
-        QByteArray content;
-        for (int i = 1; i <= count; ++i)
-            content += "Tip " + QByteArray::number(i) + '\n';
-        WriteFile(tipsFile(), content);
+        WriteFile(tipsFile(), "Tip 1\nTip 2\nTip 3\nTip 4\nTip 5\n");
         frmTip tip;
         QSet<QString> seen{tip.lblTipText->text()};
         for (int click = 0; click < 60; ++click) {
             const QString before = tip.lblTipText->text();
             tip.cmdTips[0]->click();
-            if (count > 1)
-                QVERIFY2(tip.lblTipText->text() != before, qPrintable(before));
+            QVERIFY2(tip.lblTipText->text() != before, qPrintable(before));
             seen.insert(tip.lblTipText->text());
         }
-        QCOMPARE(seen.size(), count);
+        QCOMPARE(seen.size(), 5);
         QVERIFY(seen.contains(QStringLiteral("...Tip 1")));
     }
 

@@ -27,8 +27,6 @@ private Q_SLOTS:
         const QRect right(1920, 0, 1280, 1024);
         QTest::newRow("on its screen, as saved")
             << QRect(100, 80, 800, 600) << QList<QRect>{left, right} << QRect(100, 80, 800, 600);
-        QTest::newRow("on the second screen, as saved")
-            << QRect(2000, 100, 800, 600) << QList<QRect>{left, right} << QRect(2000, 100, 800, 600);
         QTest::newRow("its screen has gone: onto the one left")
             << QRect(2000, 100, 800, 600) << QList<QRect>{left} << QRect(1920 - 48, 100, 800, 600);
         QTest::newRow("larger than the screen: shrunk to it")

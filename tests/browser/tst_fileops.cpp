@@ -12,19 +12,9 @@
 
 // Lists in the tables are joined by "|". A folder's state is its sorted entries, "name=content"
 // for files and "name->target=content" for links (by the target's file name).
-class tst_FileOps : public QObject
+class tst_FileOps : public BrowserBench
 {
     Q_OBJECT
-
-    int m_folders = 0;
-
-    QString freshFolder()
-    {
-        const QString folder =
-            property("worldPath").toString() + QStringLiteral("/folder%1/").arg(++m_folders);
-        QDir().mkpath(folder);
-        return folder;
-    }
 
     static QStringList items(const QString& joined)
     {

@@ -148,8 +148,6 @@ private slots:
             QStringList{"small.jpg", "big.jpg", "Tiny.jpg"}, "0");
         row("SortItems(3) by the date text", "SortItems 3",
             QStringList{"small.jpg", "Tiny.jpg", "big.jpg"}, "3");
-        row("Filename column reverses the name order", "click 1",
-            QStringList{"Tiny.jpg", "small.jpg", "big.jpg"}, "0");
     }
 
     void sorts()
@@ -187,7 +185,6 @@ private slots:
         QTest::addColumn<int>("button"); // the view type button checked then
         QTest::addColumn<int>("mode");
         row("0 stored by hand opens as a list", 0, -1, 3, int(ListView));
-        row("button 1 large icons", 3, 0, 1, int(LargeIconsView));
         row("button 2 details", 1, 0, 2, int(ReportView));
         row("Ctrl+Shift+2 list", 1, 2, 3, int(ListView));
     }

@@ -128,13 +128,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QPointF>("point");
         QTest::addColumn<int>("index");
-        QTest::newRow("centre of the first") << QPointF(centreOf(0, 0)) << 0;
         QTest::newRow("centre of the last") << QPointF(centreOf(2, 0)) << 6;
         QTest::newRow("just inside a corner") << QPointF(7.5, 117.5) << 3;
         QTest::newRow("just past a bottom right corner") << QPointF(217.5, 217.5) << -1;
         QTest::newRow("outer margin") << QPointF(3, 3) << -1;
         QTest::newRow("gap between columns") << QPointF(112, 57) << -1;
-        QTest::newRow("right of the last column") << QPointF(387, 57) << -1;
         QTest::newRow("empty place after the last") << QPointF(centreOf(2, 1)) << -1;
     }
     void indexAt()
