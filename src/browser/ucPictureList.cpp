@@ -505,6 +505,13 @@ bool ucPictureList::eventFilter(QObject* watched, QEvent* event)
         return QStackedWidget::eventFilter(watched, event);
 
     switch (event->type()) {
+    case QEvent::ShortcutOverride: {
+        // Delete is the list's, with Shift too: the main window's keys must not take it.
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (!onViewport && key == Qt::Key_Delete && !isEditing() && owner->hasFocus())
+            event->accept();
+        break;
+    }
     case QEvent::KeyPress: {
         const int key = static_cast<QKeyEvent*>(event)->key();
         const bool wanted = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Delete;

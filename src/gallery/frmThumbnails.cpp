@@ -895,12 +895,14 @@ bool frmThumbnails::keyEvent(QWidget* target, QKeyEvent* event, bool down)
     else
         m_lastKey = key;
 
-    const bool typing = qobject_cast<QLineEdit*>(target) != nullptr;
+    if (!ownKey(target, event))
+        return false;
     switch (key) {
     case Qt::Key_Delete:
-        if (typing)
-            return false;
         DeleteItems();
+        return true;
+    case Qt::Key_F2:
+        RenameImage();
         return true;
     case Qt::Key_F4:
         Utilities::SelectAllText(m_address->txtAddress());
@@ -916,9 +918,36 @@ bool frmThumbnails::keyEvent(QWidget* target, QKeyEvent* event, bool down)
     }
 }
 
+bool frmThumbnails::ownKey(QWidget* target, const QKeyEvent* event)
+{
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    // A text box keeps its own Delete; F2 there renames nothing.
+    const bool typing = qobject_cast<QLineEdit*>(target) != nullptr;
+    switch (event->key()) {
+    case Qt::Key_Delete:
+        // Shift is part of the gallery's Delete: it deletes the file for good.
+        return !typing && !(modifiers & ~Qt::ShiftModifier);
+    case Qt::Key_F2:
+        return !typing && modifiers == Qt::NoModifier;
+    case Qt::Key_F4:
+    case Qt::Key_F5:
+        return modifiers == Qt::NoModifier;
+    default:
+        return false;
+    }
+}
+
 bool frmThumbnails::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
+    if (type == QEvent::ShortcutOverride) {
+        // The keys the gallery answers itself are not the main window's: its F5 would reload
+        // at once, past the two seconds' hold-off, and Shift+Delete would cut instead.
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget && (widget == this || isAncestorOf(widget)) && ownKey(widget, static_cast<QKeyEvent*>(event)))
+            event->accept();
+        return false;
+    }
     if (type == QEvent::KeyPress || type == QEvent::KeyRelease) {
         // The window sees its keys before any of its controls does.
         auto* widget = qobject_cast<QWidget*>(watched);

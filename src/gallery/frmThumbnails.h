@@ -134,6 +134,8 @@ private:
     // Brings back the thumbnail of path that DeleteItems removed.
     void showRemoved(const QString& path);
     bool keyEvent(QWidget* target, QKeyEvent* event, bool down);
+    // The keys the gallery answers itself when target has the focus.
+    static bool ownKey(QWidget* target, const QKeyEvent* event);
 
     // One cell of the grid, in display order.
     struct Cell

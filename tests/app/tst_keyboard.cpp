@@ -1,0 +1,266 @@
+#include "TestWorld.h"
+
+#include "app/MainMenus.h"
+#include "app/MenuTable.h"
+#include "app/UndoLog.h"
+#include "app/mdiMain.h"
+#include "browser/PictureListWindow.h"
+#include "browser/ucPictureList.h"
+#include "common/AppGlobals.h"
+#include "gallery/ThumbGrid.h"
+#include "gallery/frmThumbnails.h"
+#include "viewing/PictureWindows.h"
+#include "viewing/frmViewImage.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QImage>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QShortcut>
+
+#include <memory>
+
+namespace {
+
+// What a menu shows of a caption: "&&" as "&", any other "&" gone.
+QString shownText(QString caption)
+{
+    caption.replace(QStringLiteral("&&"), QStringLiteral("\x01"));
+    caption.remove(QLatin1Char('&'));
+    return caption.replace(QLatin1Char('\x01'), QLatin1Char('&'));
+}
+
+// The widgets in which an action's keys can fire: none for an action only a pop-up menu
+// shows, as Qt fires those keys only through a menu bar or a widget holding the action.
+QList<QWidget*> keyHolders(QAction* action)
+{
+    QList<QWidget*> holders;
+    for (QObject* object : action->associatedObjects()) {
+        if (auto* menu = qobject_cast<QMenu*>(object))
+            holders << keyHolders(menu->menuAction());
+        else if (auto* widget = qobject_cast<QWidget*>(object))
+            holders << widget;
+    }
+    return holders;
+}
+
+QString nameOf(QObject* object)
+{
+    auto* action = qobject_cast<QAction*>(object);
+    return object->objectName().isEmpty() && action ? action->text() : object->objectName();
+}
+
+// Whether keys held by a and b with these contexts can be pressed with the same focus.
+bool overlap(QWidget* a, Qt::ShortcutContext ca, QWidget* b, Qt::ShortcutContext cb)
+{
+    if (ca == Qt::WindowShortcut || cb == Qt::WindowShortcut || ca == Qt::ApplicationShortcut ||
+        cb == Qt::ApplicationShortcut)
+        return a->window() == b->window() || ca == Qt::ApplicationShortcut || cb == Qt::ApplicationShortcut;
+    return a == b || a->isAncestorOf(b) || b->isAncestorOf(a);
+}
+
+} // namespace
+
+class tst_Keyboard : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<mdiMain> m_main;
+    QString m_picture;
+
+    QString world(const QString& relative) const { return property("worldPath").toString() + u'/' + relative; }
+
+    QWidget* child(const QString& name) const
+    {
+        for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
+            if (sub->widget()->objectName() == name)
+                return sub->widget();
+        return nullptr;
+    }
+
+    // Where the focus goes for a place: the picture list or grid, or the picture window.
+    QWidget* focusFor(const QString& place) const
+    {
+        if (place == QLatin1String("browser") || place == QLatin1String("builder")) {
+            const QString name = place == QLatin1String("browser") ? QStringLiteral("frmMyImages") : QStringLiteral("frmSlideshow");
+            return static_cast<PictureListWindow*>(child(name))->lvList()->view();
+        }
+        if (place == QLatin1String("picture window") || place == QLatin1String("no menu bar"))
+            return child(QStringLiteral("frmViewImage"))->parentWidget();
+        return static_cast<frmThumbnails*>(child(QStringLiteral("frmThumbnails")))->picFrame();
+    }
+
+    // Makes the window that holds widget the active one and gives widget the focus.
+    void focusOn(QWidget* widget)
+    {
+        for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
+            if (sub == widget || sub->isAncestorOf(widget))
+                m_main->Area()->setActiveSubWindow(sub);
+        widget->setFocus();
+        // Commands aimed at a child are enabled a moment after one becomes active.
+        QTRY_VERIFY(m_main->Menus()->Action(QStringLiteral("mnuEdit"), 3)->isEnabled());
+        QTRY_COMPARE(QApplication::focusWidget(), widget);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        Globals().Options.fill(0);
+        Globals().Options[11] = 1;
+        m_picture = world(QStringLiteral("Tom & Jerry.png"));
+        QImage picture(64, 48, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        QVERIFY(picture.save(m_picture));
+
+        // The main window with every kind of child window open, as the user has it.
+        m_main = std::make_unique<mdiMain>();
+        m_main->Load();
+        m_main->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+        QTRY_VERIFY(!m_main->StartingUp());
+        for (int button : {MenuTable::MyImagesButton, MenuTable::SlideshowButton, MenuTable::ThumbnailsButton})
+            QVERIFY(m_main->OpenChild(button));
+        QVERIFY(PictureWindows::Open(m_picture));
+        m_main->ProposeRecent(m_picture);
+        m_main->ProposeRecent(world(QStringLiteral("R&B.png")));
+        // Something to undo, so Undo takes its keys.
+        UndoLog::global().Record(QStringLiteral("Nothing"), [] { return UndoLog::Outcome{}; });
+    }
+
+    void cleanupTestCase() { m_main.reset(); }
+
+    // Letters two entries of one menu share press to the first and need Enter; where the
+    // captions are fixed that way, all but one of the entries have keys of their own.
+    void mnemonicsLeadToOneEntry_data()
+    {
+        QTest::addColumn<QString>("array");
+        QTest::addColumn<QString>("shared");
+        const QHash<QString, QString> fixed = {
+            {QStringLiteral("mnuFile"), QStringLiteral("A")},
+            {QStringLiteral("mnuEdit"), QStringLiteral("C")},
+            {QStringLiteral("mnuPopup_ImageOptions"), QStringLiteral("PRT")},
+        };
+        for (const MenuTable::Array& array : MenuTable::Arrays())
+            if (array.name != MenuTable::Popups && array.name != QLatin1String("mnuTopMenus"))
+                QTest::newRow(qPrintable(array.name)) << array.name << fixed.value(array.name);
+    }
+    void mnemonicsLeadToOneEntry()
+    {
+        QFETCH(QString, array);
+        QMenu* menu = m_main->Menus()->Menu(array);
+        // The open windows join the Window menu as it opens.
+        Q_EMIT menu->aboutToShow();
+        QMap<QChar, QList<QAction*>> byLetter;
+        for (QAction* action : menu->actions()) {
+            const QKeySequence mnemonic = QKeySequence::mnemonic(action->text());
+            if (action->isVisible() && !action->isSeparator() && !mnemonic.isEmpty())
+                byLetter[QChar(mnemonic[0].key())] << action;
+        }
+        QString shared;
+        for (auto letter = byLetter.cbegin(); letter != byLetter.cend(); ++letter) {
+            if (letter->size() < 2)
+                continue;
+            shared += letter.key();
+            int keyless = 0;
+            for (QAction* action : *letter)
+                keyless += action->shortcuts().isEmpty() ? 1 : 0;
+            QVERIFY2(keyless <= 1, qPrintable(QStringLiteral("%1: several entries on %2 and no key").arg(array, letter.key())));
+        }
+        QTEST(shared, "shared");
+    }
+
+    // Names of pictures and windows are shown as they are and never take an entry's letter.
+    void namesInMenusKeepTheirAmpersands()
+    {
+        QAction* recent = m_main->Menus()->Action(QStringLiteral("mnuFile"), 13);
+        QCOMPARE(shownText(recent->text()), QStringLiteral("1 R&B.png"));
+        QCOMPARE(QKeySequence::mnemonic(recent->text()), QKeySequence(Qt::ALT | Qt::Key_1));
+        QMenu* windows = m_main->Menus()->Menu(QStringLiteral("mnuWindow"));
+        Q_EMIT windows->aboutToShow();
+        QStringList shown;
+        for (QAction* action : windows->actions())
+            shown << shownText(action->text());
+        QVERIFY2(shown.filter(QStringLiteral("Tom & Jerry.png")).size() == 1, qPrintable(shown.join(u'|')));
+    }
+
+    // Each key of the main window reaches its entry wherever the focus is, and while the menu
+    // bar is hidden; a key the focused child window answers itself stays with it.
+    void keysReachTheirEntries_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("array");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QKeySequence>("key");
+        QTest::addColumn<bool>("reaches");
+        const QString places[] = {QStringLiteral("gallery"), QStringLiteral("browser"), QStringLiteral("builder"),
+                                  QStringLiteral("picture window"), QStringLiteral("no menu bar")};
+        for (const QString& place : places)
+            for (const MenuTable::Array& array : MenuTable::Arrays())
+                for (const MenuTable::Entry& entry : array.entries)
+                    if (MenuTable::MainWindowKeys(array.name, entry.index))
+                        for (const QKeySequence& key : MenuTable::Shortcuts(array.name, entry.index)) {
+                            // The gallery reloads on F5 itself, at most every two seconds, and
+                            // the lists delete on Shift+Delete rather than cut.
+                            const bool list = place != QLatin1String("picture window") && place != QLatin1String("no menu bar");
+                            const bool ownKey = (place == QLatin1String("gallery") && key == QKeySequence(Qt::Key_F5)) ||
+                                                (list && key == QKeySequence(Qt::SHIFT | Qt::Key_Delete));
+                            QTest::addRow("%s, %s(%d), %s", qPrintable(place), qPrintable(array.name), entry.index,
+                                          qPrintable(key.toString()))
+                                << place << array.name << entry.index << key << !ownKey;
+                        }
+    }
+    void keysReachTheirEntries()
+    {
+        QFETCH(QString, place);
+        QFETCH(QKeySequence, key);
+        // The entries report their clicks; nothing is carried out.
+        QObject::disconnect(m_main->Menus(), &MainMenus::Clicked, m_main.get(), nullptr);
+        QSignalSpy clicked(m_main->Menus(), &MainMenus::Clicked);
+        m_main->MainMenu_View(place == QLatin1String("no menu bar") ? 2 : 0);
+        focusOn(focusFor(place));
+
+        const QKeyCombination pressed = key[0];
+        QTest::keyClick(QApplication::focusWidget(), pressed.key(), pressed.keyboardModifiers());
+        m_main->MainMenu_View(0);
+        QFETCH(bool, reaches);
+        QCOMPARE(clicked.size(), reaches ? 1 : 0);
+        if (reaches) {
+            QTEST(clicked[0][0].toString(), "array");
+            QTEST(clicked[0][1].toInt(), "index");
+        }
+    }
+
+    // Qt fires neither of two actions that hold one key where both can be pressed.
+    void noKeyHasTwoOwners()
+    {
+        struct Owner
+        {
+            QObject* object;
+            QWidget* widget;
+            Qt::ShortcutContext context;
+        };
+        QMultiHash<QKeySequence, Owner> owners;
+        for (QAction* action : m_main->findChildren<QAction*>())
+            for (QWidget* holder : keyHolders(action))
+                for (const QKeySequence& key : action->shortcuts())
+                    owners.insert(key, {action, holder, action->shortcutContext()});
+        for (QShortcut* shortcut : m_main->findChildren<QShortcut*>())
+            for (const QKeySequence& key : shortcut->keys())
+                owners.insert(key, {shortcut, qobject_cast<QWidget*>(shortcut->parent()), shortcut->context()});
+        for (const QKeySequence& key : owners.uniqueKeys()) {
+            const QList<Owner> all = owners.values(key);
+            for (int i = 0; i < all.size(); ++i)
+                for (int j = i + 1; j < all.size(); ++j)
+                    if (all[i].object != all[j].object)
+                        QVERIFY2(!overlap(all[i].widget, all[i].context, all[j].widget, all[j].context),
+                                 qPrintable(key.toString() + QStringLiteral(": ") + nameOf(all[i].object) +
+                                            QStringLiteral(" and ") + nameOf(all[j].object)));
+        }
+    }
+};
+
+LUMBRA_TEST_MAIN(tst_Keyboard)
+#include "tst_keyboard.moc"
