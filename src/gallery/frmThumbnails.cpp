@@ -149,10 +149,23 @@ void frmThumbnails::buildWindow()
             [this](int delta) { m_scroll->setValue(m_scroll->value() - delta); });
     connect(m_grid, &ThumbGrid::CellClicked, this, &frmThumbnails::cellClicked);
     connect(m_grid, &ThumbGrid::CellHovered, this, &frmThumbnails::cellHovered);
-    connect(m_grid, &ThumbGrid::CellContextMenu, this, [this](int index, const QPoint&) {
+    connect(m_grid, &ThumbGrid::CellContextMenu, this, [this](int index, const QPoint& at) {
         if (index != m_current)
             select(index);
-        PictureMenu::ButtonReleased(Qt::RightButton);
+        PictureMenu::ShowAt(at);
+    });
+    connect(m_grid, &ThumbGrid::KeyMoved, this, &frmThumbnails::keyMoved);
+    connect(m_grid, &ThumbGrid::CellActivated, this, [this](int index) {
+        if (index != m_current)
+            select(index);
+        openPicture();
+    });
+    connect(m_grid, &ThumbGrid::CellToggled, this, [this](int index) {
+        // As a Ctrl+click: the check turns over, the others keep theirs.
+        m_grid->setChecked(index, !m_grid->isChecked(index));
+        const int key = std::exchange(m_lastKey, KeyControl);
+        select(index);
+        m_lastKey = key;
     });
     connect(m_grid, &ThumbGrid::FilesDropped, this, &frmThumbnails::DroppedOLE);
     connect(m_grid, &ThumbGrid::VisibleRangeChanged, m_pipeline, &ThumbPipeline::SetVisible);
@@ -432,6 +445,7 @@ void frmThumbnails::listed()
 
     m_grid->setCount(0);
     m_current = -1;
+    m_anchor = -1;
     m_scroll->setValue(0);
     sizeCanvas();
 
@@ -592,6 +606,10 @@ void frmThumbnails::select(int index)
     if (index >= 0 && index < cells && !m_grid->isCellHidden(index)) {
         const QString path = m_cells[size_t(index)].path;
         m_current = index;
+        m_grid->setCurrent(index);
+        // A selection made afresh is where Shift and the keys extend it from.
+        if (m_lastKey != KeyShift && m_lastKey != KeyControl)
+            m_anchor = index;
         m_selected->setText(Utilities::FileNameOf(path) + QStringLiteral(" (Item ") + QString::number(index + 1) +
                             QLatin1Char(')'));
         m_selected->setToolTip(m_selected->text());
@@ -599,6 +617,35 @@ void frmThumbnails::select(int index)
     }
     m_busy = false;
     countSelected();
+}
+
+void frmThumbnails::keyMoved(int index, Qt::KeyboardModifiers modifiers)
+{
+    if (modifiers & Qt::ShiftModifier) {
+        // Shift selects the run from where the selection began; with Ctrl too, what was
+        // selected outside the run stays so.
+        const int anchor = m_anchor >= 0 && m_anchor < m_grid->count() ? m_anchor : index;
+        const int low = qMin(anchor, index);
+        const int high = qMax(anchor, index);
+        const bool keepOthers = modifiers & Qt::ControlModifier;
+        for (int i = 0; i < m_grid->count(); ++i)
+            if ((i >= low && i <= high) || !keepOthers)
+                m_grid->setChecked(i, i >= low && i <= high);
+    }
+    // Ctrl moves the current picture alone; a plain key selects it as a click does.
+    const int key = std::exchange(m_lastKey, modifiers & Qt::ShiftModifier     ? KeyShift
+                                             : modifiers & Qt::ControlModifier ? KeyControl
+                                                                               : 0);
+    select(index);
+    m_lastKey = key;
+    scrollIntoView(index);
+}
+
+void frmThumbnails::scrollIntoView(int index)
+{
+    const double top = GalleryLayout::CellPos(index, m_columns, m_box).y();
+    const int wanted = GalleryLayout::ScrollToShow(top, m_box, m_scroll->value(), m_grid->height());
+    m_scroll->setValue(qBound(m_scroll->minimum(), wanted, m_scroll->maximum()));
 }
 
 void frmThumbnails::countSelected()
@@ -650,6 +697,7 @@ void frmThumbnails::DeleteItems()
     m_grid->setCellHidden(index, true);
     m_grid->setChecked(index, false);
     m_current = -1;
+    m_grid->setCurrent(-1);
 
     m_selected->clear();
     for (int next = index + 1; m_selected->text().isEmpty() && next <= 100; ++next)

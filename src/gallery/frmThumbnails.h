@@ -116,6 +116,9 @@ private:
     void startPass(std::vector<ThumbJob> jobs = {});
     void passFinished(bool cancelled);
     void select(int index);
+    // A navigation key of the grid: index becomes current, the selection as the keys say.
+    void keyMoved(int index, Qt::KeyboardModifiers modifiers);
+    void scrollIntoView(int index);
     void openPicture();
     void countSelected();
     void cellClicked(int index);
@@ -176,6 +179,8 @@ private:
     int m_box = 0;
     int m_columns = 1;
     int m_current = -1;
+    // Where a Shift selection runs from: the cell last selected without Shift or Ctrl.
+    int m_anchor = -1;
     int m_lastKey = 0;
     int m_splitterPressWidth = -1;
     bool m_loading = false;

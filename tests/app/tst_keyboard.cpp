@@ -2,19 +2,25 @@
 
 #include "app/MainMenus.h"
 #include "app/MenuTable.h"
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
 #include "app/UndoLog.h"
 #include "app/mdiMain.h"
 #include "browser/PictureListWindow.h"
 #include "browser/ucPictureList.h"
 #include "common/AppGlobals.h"
+#include "gallery/GalleryLayout.h"
 #include "gallery/ThumbGrid.h"
 #include "gallery/frmThumbnails.h"
+#include "viewing/PictureOpener.h"
+#include "viewing/ucImgPreview.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/frmViewImage.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QImage>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -22,6 +28,7 @@
 #include <QShortcut>
 
 #include <memory>
+#include <set>
 
 namespace {
 
@@ -132,6 +139,41 @@ private Q_SLOTS:
 
     void cleanupTestCase() { m_main.reset(); }
 
+    // A gallery of 30 pictures in rows of four, scrolled: its grid has the focus and no
+    // picture is selected yet.
+    std::unique_ptr<frmThumbnails> gridOfFour()
+    {
+        const QString folder = world(QStringLiteral("thirty/"));
+        if (!QDir(folder).exists()) {
+            QDir().mkpath(folder);
+            QImage picture(32, 24, QImage::Format_RGB32);
+            for (int i = 0; i < 30; ++i) {
+                picture.fill(QColor::fromHsv(i * 12, 200, 200));
+                picture.save(folder + QStringLiteral("p%1.png").arg(i, 2, 10, QLatin1Char('0')));
+            }
+        }
+        SettingsStore::global().write(Keys::ThumbSizeForGallery, 3);
+        auto gallery = std::make_unique<frmThumbnails>();
+        gallery->ShowBar(3, false);
+        gallery->resize(430, 360);
+        gallery->show();
+        gallery->ShowFolder(folder);
+        if (!QTest::qWaitForWindowActive(gallery.get()) ||
+            !QTest::qWaitFor([&] { return !gallery->PassRunning() && gallery->Columns() == 4; }, 20000))
+            return {};
+        gallery->picFrame()->setFocus();
+        return gallery;
+    }
+
+    static std::set<int> checkedCells(const ThumbGrid* grid)
+    {
+        std::set<int> checked;
+        for (int i = 0; i < grid->count(); ++i)
+            if (grid->isChecked(i))
+                checked.insert(i);
+        return checked;
+    }
+
     // Letters two entries of one menu share press to the first and need Enter; where the
     // captions are fixed that way, all but one of the entries have keys of their own.
     void mnemonicsLeadToOneEntry_data()
@@ -233,6 +275,120 @@ private Q_SLOTS:
         }
     }
 
+    void gridMoves_data()
+    {
+        using GalleryLayout::Move;
+        QTest::addColumn<int>("current");
+        QTest::addColumn<Move>("move");
+        QTest::addColumn<QList<int>>("removed");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<int>("expected");
+        // Ten cells in rows of four: 0-3, 4-7, 8-9.
+        QTest::newRow("right runs on into the next row") << 3 << Move::Right << QList<int>{} << 2 << 4;
+        QTest::newRow("left stops at the first cell") << 0 << Move::Left << QList<int>{} << 2 << 0;
+        QTest::newRow("right steps over a removed cell") << 4 << Move::Right << QList<int>{5} << 2 << 6;
+        QTest::newRow("up keeps the column") << 6 << Move::Up << QList<int>{} << 2 << 2;
+        QTest::newRow("up from the first row stays") << 2 << Move::Up << QList<int>{} << 2 << 2;
+        QTest::newRow("down over a removed cell") << 1 << Move::Down << QList<int>{5} << 2 << 9;
+        QTest::newRow("down into a short last row ends on its last cell") << 6 << Move::Down << QList<int>{} << 2 << 9;
+        QTest::newRow("down from the last row stays") << 9 << Move::Down << QList<int>{} << 2 << 9;
+        QTest::newRow("page down moves whole rows") << 1 << Move::PageDown << QList<int>{} << 2 << 9;
+        QTest::newRow("page down past the end takes the last cell") << 4 << Move::PageDown << QList<int>{} << 2 << 9;
+        QTest::newRow("page up stops in the first row's column") << 9 << Move::PageUp << QList<int>{} << 5 << 1;
+        QTest::newRow("home skips removed cells") << 6 << Move::Home << QList<int>{0} << 2 << 1;
+        QTest::newRow("end skips removed cells") << 2 << Move::End << QList<int>{9} << 2 << 8;
+        QTest::newRow("without a current cell the first") << -1 << Move::Down << QList<int>{0} << 2 << 1;
+        QTest::newRow("without a current cell End the last") << -1 << Move::End << QList<int>{} << 2 << 9;
+        QTest::newRow("a removed current cell counts as none") << 5 << Move::Right << QList<int>{5} << 2 << 0;
+        QTest::newRow("nothing shown") << 0 << Move::Right << QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9} << 2 << -1;
+    }
+    void gridMoves()
+    {
+        QFETCH(int, current);
+        QFETCH(GalleryLayout::Move, move);
+        QFETCH(QList<int>, removed);
+        QFETCH(int, page);
+        const auto hidden = [&](int index) { return removed.contains(index); };
+        QTEST(GalleryLayout::MoveTo(current, move, 4, 10, page, hidden), "expected");
+    }
+
+    // The keys move the current picture as clicks do: it is previewed and scrolled into view,
+    // Shift selects the run from where the selection began, Ctrl leaves the selection alone.
+    void gridKeys_data()
+    {
+        QTest::addColumn<QList<QKeyCombination>>("keys");
+        QTest::addColumn<int>("current");
+        QTest::addColumn<QList<int>>("checked");
+        using K = QKeyCombination;
+        const Qt::KeyboardModifier shift = Qt::ShiftModifier, ctrl = Qt::ControlModifier;
+        QTest::newRow("the first key takes the first picture in view") << QList<K>{K(Qt::Key_Right)} << 0 << QList<int>{0};
+        QTest::newRow("right selects the next") << QList<K>{K(Qt::Key_Right), K(Qt::Key_Right)} << 1 << QList<int>{1};
+        QTest::newRow("down keeps the column") << QList<K>{K(Qt::Key_Right), K(Qt::Key_Right), K(Qt::Key_Down)} << 5
+                                               << QList<int>{5};
+        QTest::newRow("shift runs from the start")
+            << QList<K>{K(Qt::Key_Home), K(shift, Qt::Key_Right), K(shift, Qt::Key_Down), K(shift, Qt::Key_Left)} << 4
+            << QList<int>{0, 1, 2, 3, 4};
+        QTest::newRow("ctrl leaves the selection")
+            << QList<K>{K(Qt::Key_Home), K(ctrl, Qt::Key_Right), K(ctrl, Qt::Key_Right)} << 2 << QList<int>{0};
+        QTest::newRow("space adds the current one")
+            << QList<K>{K(Qt::Key_Home), K(ctrl, Qt::Key_Down), K(Qt::Key_Space)} << 4 << QList<int>{0, 4};
+        QTest::newRow("end scrolls to the last") << QList<K>{K(Qt::Key_End)} << 29 << QList<int>{29};
+        QTest::newRow("page down and up again")
+            << QList<K>{K(Qt::Key_Home), K(Qt::Key_Right), K(Qt::Key_PageDown), K(Qt::Key_PageUp)} << 1
+            << QList<int>{1};
+    }
+    void gridKeys()
+    {
+        QFETCH(QList<QKeyCombination>, keys);
+        QFETCH(int, current);
+        QFETCH(QList<int>, checked);
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        ThumbGrid* grid = gallery->picFrame();
+        for (const QKeyCombination& key : keys)
+            QTest::keyClick(grid, key.key(), key.keyboardModifiers());
+        QCOMPARE(gallery->CurrentIndex(), current);
+        QCOMPARE(grid->current(), current);
+        QCOMPARE(checkedCells(grid), std::set<int>(checked.begin(), checked.end()));
+        QCOMPARE(gallery->ucPreview()->FileName(), gallery->FileOf(current));
+        QVERIFY(grid->rect().contains(grid->cellRect(current).toRect()));
+    }
+
+    void gridEnterOpensAndMenuKeysShowTheMenu()
+    {
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        ThumbGrid* grid = gallery->picFrame();
+        QStringList opened;
+        PictureOpener::SetHandler([&opened](const QString& path) { opened << path; });
+        QSignalSpy menus(grid, &ThumbGrid::CellContextMenu);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QTest::keyClick(grid, Qt::Key_Return);
+        QTest::keyClick(grid, Qt::Key_F10, Qt::ShiftModifier);
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), grid->mapToGlobal(QPoint()));
+        QApplication::sendEvent(grid, &menuKey);
+        PictureOpener::SetHandler({});
+        QCOMPARE(opened, QStringList{gallery->FileOf(4)});
+        QCOMPARE(menus.size(), 2);
+        for (const QList<QVariant>& menu : menus) {
+            QCOMPARE(menu[0].toInt(), 4);
+            QVERIFY(grid->cellRect(4).contains(grid->mapFromGlobal(menu[1].toPoint())));
+        }
+    }
+
+    void tabReachesTheGrid()
+    {
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        auto* address = gallery->findChild<QLineEdit*>(QStringLiteral("txtAddress"));
+        address->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), address);
+        for (int tab = 0; tab < 10 && QApplication::focusWidget() != gallery->picFrame(); ++tab)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), gallery->picFrame());
+    }
+
     // Qt fires neither of two actions that hold one key where both can be pressed.
     void noKeyHasTwoOwners()
     {
@@ -261,6 +417,8 @@ private Q_SLOTS:
         }
     }
 };
+
+Q_DECLARE_METATYPE(GalleryLayout::Move)
 
 LUMBRA_TEST_MAIN(tst_Keyboard)
 #include "tst_keyboard.moc"
