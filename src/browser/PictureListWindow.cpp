@@ -9,6 +9,7 @@
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
 #include "gallery/FilesFound.h"
+#include "gallery/PictureMenu.h"
 #include "gallery/PictureScan.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
@@ -97,6 +98,9 @@ void PictureListWindow::buildWindow()
     connect(m_list, &ucPictureList::ColumnClicked, this, &PictureListWindow::columnClicked);
     connect(m_list, &ucPictureList::ColumnsResized, this, &PictureListWindow::checkColumnWidths);
     connect(m_list, &ucPictureList::KeyPressed, this, &PictureListWindow::keyPressed);
+    // The picture menu every picture pane shares, for the mouse and the menu key alike.
+    connect(m_list, &ucPictureList::ContextMenuRequested, this,
+            [](int, const QPoint& at) { PictureMenu::ShowAt(at); });
 
     m_addressBar = new QToolBar(QStringLiteral("Address"), this);
     m_addressBar->setObjectName(QStringLiteral("tlbAddress"));

@@ -9,6 +9,7 @@
 #include "browser/PictureListWindow.h"
 #include "browser/ucPictureList.h"
 #include "common/AppGlobals.h"
+#include "common/ucTxtAddress.h"
 #include "gallery/GalleryLayout.h"
 #include "gallery/ThumbGrid.h"
 #include "gallery/frmThumbnails.h"
@@ -103,6 +104,8 @@ class tst_Keyboard : public QObject
     // Makes the window that holds widget the active one and gives widget the focus.
     void focusOn(QWidget* widget)
     {
+        m_main->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
         for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
             if (sub == widget || sub->isAncestorOf(widget))
                 m_main->Area()->setActiveSubWindow(sub);
@@ -387,6 +390,46 @@ private Q_SLOTS:
         for (int tab = 0; tab < 10 && QApplication::focusWidget() != gallery->picFrame(); ++tab)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget(), gallery->picFrame());
+    }
+
+    // The picture list shows the picture menu for its selected row, from the mouse and from
+    // the keys, where the row is.
+    void pictureListShowsThePictureMenu_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("right click") << "mouse";
+        QTest::newRow("menu key") << "menu key";
+        QTest::newRow("Shift+F10") << "Shift+F10";
+    }
+    void pictureListShowsThePictureMenu()
+    {
+        QFETCH(QString, how);
+        auto* browser = static_cast<PictureListWindow*>(child(QStringLiteral("frmMyImages")));
+        ucPictureList* list = browser->lvList();
+        if (list->count() == 0) {
+            browser->txtAddress()->setAddress(world(QStringLiteral("thirty/")));
+            QTRY_VERIFY(list->count() == 30);
+        }
+        QAbstractItemView* view = list->view();
+        focusOn(view);
+        list->selectRow(2, true);
+        const QRect row = view->visualRect(view->model()->index(2, 0));
+        QSignalSpy asked(list, &ucPictureList::ContextMenuRequested);
+        if (how == QLatin1String("mouse")) {
+            QContextMenuEvent click(QContextMenuEvent::Mouse, row.center(), view->viewport()->mapToGlobal(row.center()));
+            QApplication::sendEvent(view->viewport(), &click);
+        } else if (how == QLatin1String("menu key")) {
+            QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), view->mapToGlobal(QPoint()));
+            QApplication::sendEvent(view, &key);
+        } else {
+            QTest::keyClick(view, Qt::Key_F10, Qt::ShiftModifier);
+        }
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(asked[0][0].toInt(), 2);
+        QVERIFY(row.contains(view->viewport()->mapFromGlobal(asked[0][1].toPoint())));
+        QMenu* menu = m_main->Menus()->Menu(QStringLiteral("mnuPopup_ImageOptions"));
+        QTRY_VERIFY(menu->isVisible());
+        menu->close();
     }
 
     // Qt fires neither of two actions that hold one key where both can be pressed.
