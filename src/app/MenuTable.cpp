@@ -1,5 +1,7 @@
 #include "app/MenuTable.h"
 
+#include "common/WindowKeys.h"
+
 #include <QHash>
 #include <QKeySequence>
 
@@ -233,12 +235,7 @@ QList<QKeySequence> Shortcuts(const QString& arrayName, int index)
     const EntryKeys* entry = findKeys(arrayName, index);
     if (!entry)
         return {};
-    QList<QKeySequence> keys;
-    if (entry->standard != QKeySequence::UnknownKey)
-        keys = QKeySequence::keyBindings(entry->standard);
-    if (keys.isEmpty())
-        keys.append(entry->fallback);
-    return keys;
+    return WindowKeys::Standard(entry->standard, entry->fallback);
 }
 
 bool MainWindowKeys(const QString& arrayName, int index)

@@ -27,10 +27,12 @@
 #include "common/MdiPlacement.h"
 #include "common/MsgBox.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 #include "common/WindowPlacement.h"
 #include "controls/ucSideBar.h"
 #include "gallery/AlbumCommands.h"
 #include "gallery/PictureMenu.h"
+#include "gallery/ThumbGrid.h"
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
@@ -646,6 +648,15 @@ QWidget* mdiMain::NewGallery()
     albums->setMenu(m_menus->Menu(QStringLiteral("mnuAlbums")));
     if (auto* button = qobject_cast<QToolButton*>(gallery->tlbThumbs()->widgetForAction(albums)))
         button->setPopupMode(QToolButton::InstantPopup);
+    // The button drops its menu without triggering; only the key triggers it.
+    WindowKeys::Give(gallery, albums, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A));
+    connect(albums, &QAction::triggered, gallery, [gallery, albums] {
+        QWidget* button = gallery->tlbThumbs()->widgetForAction(albums);
+        if (button && button->isVisible())
+            albums->menu()->popup(button->mapToGlobal(QPoint(0, button->height())));
+        else
+            albums->menu()->popup(gallery->picFrame()->mapToGlobal(QPoint(0, 0)));
+    });
     return gallery;
 }
 

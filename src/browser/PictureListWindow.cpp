@@ -158,7 +158,13 @@ void PictureListWindow::buildToolbar()
     QAction* refresh = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/refresh.svg")),
                                             QStringLiteral("Refresh"));
     refresh->setObjectName(QStringLiteral("refresh"));
+    // F5 comes through the main window's Refresh, which calls RefreshMe.
+    refresh->setToolTip(QStringLiteral("Refresh (F5)"));
     connect(refresh, &QAction::triggered, this, &PictureListWindow::RefreshMe);
+
+    // The address bar's Back and Folder Up, wherever the focus is in the window.
+    addAction(m_address->BackAction());
+    addActions(m_folders->KeyActions());
 }
 
 void PictureListWindow::buildSideBar()

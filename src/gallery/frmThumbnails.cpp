@@ -8,6 +8,7 @@
 #include "common/Formats.h"
 #include "common/MsgBox.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 #include "common/modBrowseForFolder.h"
 #include "common/ucFolders.h"
 #include "common/ucTxtAddress.h"
@@ -226,14 +227,18 @@ void frmThumbnails::buildToolbar()
     browse->setObjectName(QStringLiteral("browse"));
     browse->setToolTip(QStringLiteral("Choose a folder to thumbnail"));
     connect(browse, &QAction::triggered, this, &frmThumbnails::BrowseFolder);
+    WindowKeys::Give(this, browse, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
 
     QAction* size = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/thumbs.svg")), QStringLiteral("Size..."));
     size->setObjectName(QStringLiteral("size"));
     size->setToolTip(QStringLiteral("Thumbnail size and captions"));
     connect(size, &QAction::triggered, this, &frmThumbnails::ChooseSize);
+    WindowKeys::Give(this, size, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
 
+    // F5, which the gallery answers itself (see keyEvent).
     QAction* refresh = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/refresh.svg")), QStringLiteral("Refresh"));
     refresh->setObjectName(QStringLiteral("refresh"));
+    refresh->setToolTip(QStringLiteral("Refresh (F5)"));
     connect(refresh, &QAction::triggered, this, [this] { RefreshMe(false); });
 
     QAction* collection = m_toolbar->addAction(QStringLiteral("Collection"));
@@ -241,6 +246,11 @@ void frmThumbnails::buildToolbar()
     collection->setCheckable(true);
     collection->setToolTip(QStringLiteral("On: the pictures you gathered here. Off: the folder in the address bar."));
     connect(collection, &QAction::toggled, this, &frmThumbnails::setCollectionMode);
+    WindowKeys::Give(this, collection, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L));
+
+    // The address bar's Back and Folder Up, wherever the focus is in the gallery.
+    addAction(m_address->BackAction());
+    addActions(m_folders->KeyActions());
 }
 
 void frmThumbnails::loadSettings()

@@ -16,10 +16,14 @@
 #include "viewing/PictureOpener.h"
 #include "viewing/ucImgPreview.h"
 #include "viewing/PictureWindows.h"
+#include "viewing/frmWorkshop.h"
 #include "viewing/frmViewImage.h"
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
 #include <QImage>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -97,7 +101,7 @@ class tst_Keyboard : public QObject
             return static_cast<PictureListWindow*>(child(name))->lvList()->view();
         }
         if (place == QLatin1String("picture window") || place == QLatin1String("no menu bar"))
-            return child(QStringLiteral("frmViewImage"))->parentWidget();
+            return child(QStringLiteral("frmViewImage"));
         return static_cast<frmThumbnails*>(child(QStringLiteral("frmThumbnails")))->picFrame();
     }
 
@@ -107,7 +111,7 @@ class tst_Keyboard : public QObject
         m_main->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
         for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
-            if (sub == widget || sub->isAncestorOf(widget))
+            if (sub->isAncestorOf(widget))
                 m_main->Area()->setActiveSubWindow(sub);
         widget->setFocus();
         // Commands aimed at a child are enabled a moment after one becomes active.
@@ -430,6 +434,75 @@ private Q_SLOTS:
         QMenu* menu = m_main->Menus()->Menu(QStringLiteral("mnuPopup_ImageOptions"));
         QTRY_VERIFY(menu->isVisible());
         menu->close();
+    }
+
+    // Toolbar buttons never take the focus: each has a key, or a letter of its own, or is
+    // reached by Tab, or does what a key of the main window does. The main window's own
+    // toolbar repeats menu entries.
+    void toolbarButtonsHaveKeys()
+    {
+        const QHash<QString, QKeySequence> mainWindowKeys = {
+            {QStringLiteral("refresh"), QKeySequence(Qt::Key_F5)},
+            // A picture window's Props: File > Properties describes its picture.
+            {QStringLiteral("tlbMain(2)"), QKeySequence(Qt::ALT | Qt::Key_Return)},
+        };
+        auto* workshop = new frmWorkshop(m_main.get());
+        const auto cleanup = qScopeGuard([workshop] { delete workshop; });
+        int buttons = 0;
+        for (QToolBar* bar : m_main->findChildren<QToolBar*>()) {
+            if (bar->parentWidget() == m_main.get())
+                continue;
+            for (QAction* action : bar->actions()) {
+                auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
+                // The picture window's magnifications carry no action.
+                if (!button || action->objectName() == QLatin1String("tlbMain(3)"))
+                    continue;
+                ++buttons;
+                if (mainWindowKeys.contains(action->objectName())) {
+                    const QKeySequence key = mainWindowKeys.value(action->objectName());
+                    const auto held = m_main->actions();
+                    QVERIFY(std::any_of(held.begin(), held.end(), [&](QAction* a) { return a->shortcuts().contains(key); }));
+                    continue;
+                }
+                QVERIFY2(!action->shortcuts().isEmpty() || !QKeySequence::mnemonic(button->text()).isEmpty() ||
+                             (button->focusPolicy() & Qt::TabFocus),
+                         qPrintable(bar->parentWidget()->objectName() + u' ' + bar->objectName() + u' ' + action->text()));
+            }
+        }
+        QVERIFY(buttons > 20);
+    }
+
+    // The keys of the child windows' buttons work wherever the focus is in their window.
+    void windowKeysReachTheirButtons_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QAction*>("action");
+        const std::pair<const char*, const char*> places[] = {{"frmThumbnails", "gallery"},
+                                                              {"frmMyImages", "browser"},
+                                                              {"frmSlideshow", "builder"},
+                                                              {"frmViewImage", "picture window"}};
+        for (const auto& [window, place] : places)
+            for (QAction* action : child(QLatin1String(window))->actions())
+                if (!action->shortcuts().isEmpty() && action->isEnabled() && action->isVisible())
+                    QTest::addRow("%s: %s", place, qPrintable(action->text())) << QString::fromLatin1(place) << action;
+    }
+    void windowKeysReachTheirButtons()
+    {
+        QFETCH(QString, place);
+        QFETCH(QAction*, action);
+        focusOn(focusFor(place));
+        // Dialogs and menus the buttons bring up go away again.
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, [] {
+            for (QWidget* up : {QApplication::activeModalWidget(), QApplication::activePopupWidget()})
+                if (up)
+                    up->close();
+        });
+        closer.start(10);
+        QSignalSpy triggered(action, &QAction::triggered);
+        const QKeyCombination key = action->shortcut()[0];
+        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
+        QCOMPARE(triggered.size(), 1);
     }
 
     // Qt fires neither of two actions that hold one key where both can be pressed.
