@@ -53,11 +53,26 @@ QMenu* MainMenus::build(const QString& arrayName, QWidget* owner)
             }
             connect(action, &QAction::triggered, this,
                     [this, arrayName, index = entry.index] { Q_EMIT Clicked(arrayName, index); });
+            applyKeys(action, arrayName, entry.index, owner);
         }
         action->setObjectName(QStringLiteral("%1(%2)").arg(arrayName).arg(entry.index));
         actions.insert(entry.index, action);
     }
     return menu;
+}
+
+void MainMenus::applyKeys(QAction* action, const QString& arrayName, int index, QWidget* owner)
+{
+    const QList<QKeySequence> keys = MenuTable::Shortcuts(arrayName, index);
+    if (keys.isEmpty())
+        return;
+    action->setShortcuts(keys);
+    // Pop-up menus show their keys too: they are how the user learns them.
+    action->setShortcutVisibleInContextMenu(true);
+    // Held by the window as well, the keys work while the menu bar is hidden ("View Toolbar
+    // Only") and for entries that only a pop-up menu shows.
+    if (MenuTable::MainWindowKeys(arrayName, index))
+        owner->addAction(action);
 }
 
 void MainMenus::FillMenuBar(QMenuBar* bar) const

@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     QMenu* build(const QString& array, QWidget* owner);
+    static void applyKeys(QAction* action, const QString& arrayName, int index, QWidget* owner);
 
     QHash<QString, QMenu*> m_menus;
     QHash<QString, QHash<int, QAction*>> m_actions;

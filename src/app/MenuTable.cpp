@@ -1,6 +1,9 @@
 #include "app/MenuTable.h"
 
+#include "common/WindowKeys.h"
+
 #include <QHash>
+#include <QKeySequence>
 
 namespace MenuTable {
 
@@ -168,6 +171,84 @@ QString Caption(const QString& arrayName, int index)
             if (entry.index == index)
                 return entry.caption;
     return {};
+}
+
+namespace {
+
+struct EntryKeys
+{
+    const char* array;
+    int index;
+    QKeySequence::StandardKey standard;
+    // Taken when the desktop has no standard key for the command, and for commands without one.
+    QKeySequence fallback;
+    bool mainWindow;
+};
+
+const QList<EntryKeys>& entryKeys()
+{
+    using K = QKeySequence;
+    static const QList<EntryKeys> keys = {
+        {"mnuFile", 1, K::Open, K(Qt::CTRL | Qt::Key_O), true},
+        {"mnuFile", 2, K::Close, K(Qt::CTRL | Qt::Key_W), true},
+        {"mnuFile", 5, K::Save, K(Qt::CTRL | Qt::Key_S), true},
+        {"mnuFile", 6, K::SaveAs, K(Qt::CTRL | Qt::SHIFT | Qt::Key_S), true},
+        {"mnuFile", 9, K::Print, K(Qt::CTRL | Qt::Key_P), true},
+        {"mnuFile", 11, K::UnknownKey, K(Qt::ALT | Qt::Key_Return), true},
+        {"mnuFile", 19, K::Quit, K(Qt::CTRL | Qt::Key_Q), true},
+        {"mnuEdit", 1, K::Undo, K(Qt::CTRL | Qt::Key_Z), true},
+        {"mnuEdit", 3, K::Cut, K(Qt::CTRL | Qt::Key_X), true},
+        {"mnuEdit", 4, K::Copy, K(Qt::CTRL | Qt::Key_C), true},
+        {"mnuEdit", 5, K::Paste, K(Qt::CTRL | Qt::Key_V), true},
+        // F11 alone: the desktop's second full-screen key may be Alt+Enter, too near to
+        // Properties' Alt+Return.
+        {"mnuView_Controls", 5, K::UnknownKey, K(Qt::Key_F11), true},
+        {"mnuTools", 9, K::Preferences, K(Qt::CTRL | Qt::Key_Comma), true},
+        {"mnuHelp", 1, K::HelpContents, K(Qt::Key_F1), true},
+        {"mnuPopup_ImageOptions", 0, K::UnknownKey, K(Qt::Key_F11), false},
+        {"mnuPopup_ImageOptions", 4, K::Refresh, K(Qt::Key_F5), true},
+        {"mnuPopup_ImageOptions", 9, K::Cut, K(Qt::CTRL | Qt::Key_X), false},
+        {"mnuPopup_ImageOptions", 10, K::Copy, K(Qt::CTRL | Qt::Key_C), false},
+        {"mnuPopup_ImageOptions", 11, K::Paste, K(Qt::CTRL | Qt::Key_V), false},
+        {"mnuPopup_ImageOptions", 13, K::UnknownKey, K(Qt::Key_F2), false},
+        {"mnuPopup_ImageOptions", 14, K::SaveAs, K(Qt::CTRL | Qt::SHIFT | Qt::Key_S), false},
+        {"mnuPopup_ImageOptions", 15, K::Print, K(Qt::CTRL | Qt::Key_P), false},
+        {"mnuPopup_ImageOptions", 16, K::UnknownKey, K(Qt::Key_Delete), false},
+        {"mnuPopup_ImageOptions", 18, K::UnknownKey, K(Qt::ALT | Qt::Key_Return), false},
+        {"mnuImgPreview_Options", 6, K::UnknownKey, K(Qt::ALT | Qt::Key_Return), false},
+    };
+    return keys;
+}
+
+const EntryKeys* findKeys(const QString& arrayName, int index)
+{
+    for (const EntryKeys& entry : entryKeys())
+        if (entry.index == index && arrayName == QLatin1String(entry.array))
+            return &entry;
+    return nullptr;
+}
+
+} // namespace
+
+QList<QKeySequence> Shortcuts(const QString& arrayName, int index)
+{
+    const EntryKeys* entry = findKeys(arrayName, index);
+    if (!entry)
+        return {};
+    return WindowKeys::Standard(entry->standard, entry->fallback);
+}
+
+bool MainWindowKeys(const QString& arrayName, int index)
+{
+    const EntryKeys* entry = findKeys(arrayName, index);
+    return entry && entry->mainWindow;
+}
+
+QString NumberedCaption(int number, const QString& text)
+{
+    QString escaped = text;
+    escaped.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return (number <= 9 ? QStringLiteral("&%1 ") : QStringLiteral("%1 ")).arg(number) + escaped;
 }
 
 const QList<Picture>& Pictures()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QList>
 #include <QString>
 
@@ -27,6 +28,19 @@ const QList<Array>& Arrays();
 const Array* Find(const QString& name);
 // The caption of entry index of the named array; empty when there is no such entry.
 QString Caption(const QString& arrayName, int index);
+
+// The keys of an entry, the one the menu shows first: the desktop's own key for the command
+// where it has one, else the key Linux programs commonly give it. Empty for most entries.
+QList<QKeySequence> Shortcuts(const QString& arrayName, int index);
+// Whether the main window answers the entry's keys itself. The other entries show keys that
+// are answered elsewhere: by the same command on the menu bar, or by the list or grid that
+// has the focus (F2, Delete), since a pop-up menu's keys never fire while it is closed.
+bool MainWindowKeys(const QString& arrayName, int index);
+
+// The caption of a numbered entry (recent pictures, open windows): "&" and the number, a
+// blank and the text, with the text's own "&" kept as a character so it cannot take the
+// mnemonic; past 9 the number is no mnemonic, as there is no key to share.
+QString NumberedCaption(int number, const QString& text);
 
 // The pop-up menus hang under an invisible top-level array instead of the menu bar.
 inline const QString Popups = QStringLiteral("mnuPopup");

@@ -17,10 +17,12 @@
 #include "common/Formats.h"
 #include "common/MdiPlacement.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 #include "common/WindowPlacement.h"
 #include "controls/ucSideBar.h"
 #include "gallery/AlbumCommands.h"
 #include "gallery/PictureMenu.h"
+#include "gallery/ThumbGrid.h"
 #include "gallery/frmThumbnails.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
@@ -68,7 +70,10 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     m_area->setObjectName(QStringLiteral("mdiArea"));
     m_area->setBackground(QColor(0x80, 0x80, 0x80));
     setCentralWidget(m_area);
-    connect(m_area, &QMdiArea::subWindowActivated, this, [this] { tmrMain[2].start(); });
+    connect(m_area, &QMdiArea::subWindowActivated, this, [this] {
+        LeaveCloseKeysToTheMenu();
+        tmrMain[2].start();
+    });
 
     m_menus = new MainMenus(this);
     m_menus->FillMenuBar(menuBar());
@@ -125,7 +130,7 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
             windows->addSeparator()->setProperty("childWindow", true);
         int number = 1;
         for (QMdiSubWindow* sub : list) {
-            QAction* action = windows->addAction(QStringLiteral("&%1 %2").arg(number++).arg(sub->windowTitle()));
+            QAction* action = windows->addAction(MenuTable::NumberedCaption(number++, sub->windowTitle()));
             action->setProperty("childWindow", true);
             action->setCheckable(true);
             action->setChecked(sub == m_area->activeSubWindow());
@@ -399,6 +404,17 @@ bool mdiMain::CallChild(const char* operation)
     return ChildOps::Call(ActiveChild(), operation);
 }
 
+void mdiMain::LeaveCloseKeysToTheMenu()
+{
+    // Each child window's own menu closes it with the same keys as File > Close; two owners
+    // of one key make it fire for neither.
+    for (QMdiSubWindow* sub : m_area->subWindowList())
+        if (QMenu* own = sub->systemMenu())
+            for (QAction* action : own->actions())
+                if (!action->shortcuts().isEmpty())
+                    action->setShortcuts({});
+}
+
 void mdiMain::setMyEnabled(QObject* object)
 {
     m_myEnabled = object;
@@ -489,7 +505,7 @@ void mdiMain::RebuildRecentMenu()
         QAction* action = m_menus->Action(QStringLiteral("mnuFile"), 13 + i);
         const QString item = m_recent.Item(i);
         action->setVisible(!item.isEmpty());
-        action->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(Utilities::FileNameOf(item)));
+        action->setText(MenuTable::NumberedCaption(i + 1, Utilities::FileNameOf(item)));
         action->setToolTip(item);
     }
     // The caption above the entries only shows when there is something under it.

@@ -122,6 +122,7 @@ private:
     // The selected pictures of the active window, else the current picture.
     QStringList ChosenPictures() const;
     void RestoreChildCommands();
+    void LeaveCloseKeysToTheMenu();
     void ApplyWallpaperTicks(int style);
     void CreateToolbar();
     void CreateSideBar();

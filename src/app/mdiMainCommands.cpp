@@ -21,8 +21,10 @@
 #include "browser/FileUndo.h"
 #include "common/AppGlobals.h"
 #include "common/MsgBox.h"
+#include "common/WindowKeys.h"
 #include "controls/ucSideBar.h"
 #include "gallery/AlbumCommands.h"
+#include "gallery/ThumbGrid.h"
 #include "gallery/frmThumbnails.h"
 #include "viewing/PictureOpener.h"
 #include "viewing/PicturePrinter.h"
@@ -103,6 +105,15 @@ QWidget* mdiMain::NewGallery()
     albums->setMenu(m_menus->Menu(QStringLiteral("mnuAlbums")));
     if (auto* button = qobject_cast<QToolButton*>(gallery->tlbThumbs()->widgetForAction(albums)))
         button->setPopupMode(QToolButton::InstantPopup);
+    // The button drops its menu without triggering; only the key triggers it.
+    WindowKeys::Give(gallery, albums, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A));
+    connect(albums, &QAction::triggered, gallery, [gallery, albums] {
+        QWidget* button = gallery->tlbThumbs()->widgetForAction(albums);
+        if (button && button->isVisible())
+            albums->menu()->popup(button->mapToGlobal(QPoint(0, button->height())));
+        else
+            albums->menu()->popup(gallery->picFrame()->mapToGlobal(QPoint(0, 0)));
+    });
     return gallery;
 }
 

@@ -9,6 +9,7 @@
 #include "common/Utilities.h"
 #include "controls/ucSideBar.h"
 #include "gallery/FilesFound.h"
+#include "gallery/PictureMenu.h"
 #include "gallery/PictureScan.h"
 #include "gallery/ucCoolProg.h"
 #include "viewing/PictureOpener.h"
@@ -99,6 +100,9 @@ void PictureListWindow::buildWindow()
     connect(m_list, &ucPictureList::ColumnClicked, this, &PictureListWindow::columnClicked);
     connect(m_list, &ucPictureList::ColumnsResized, this, &PictureListWindow::checkColumnWidths);
     connect(m_list, &ucPictureList::KeyPressed, this, &PictureListWindow::keyPressed);
+    // The picture menu every picture pane shares, for the mouse and the menu key alike.
+    connect(m_list, &ucPictureList::ContextMenuRequested, this,
+            [](int, const QPoint& at) { PictureMenu::ShowAt(at); });
 
     m_addressBar = new QToolBar(QStringLiteral("Address"), this);
     m_addressBar->setObjectName(QStringLiteral("tlbAddress"));
@@ -156,7 +160,13 @@ void PictureListWindow::buildToolbar()
     QAction* refresh = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/refresh.svg")),
                                             QStringLiteral("Refresh"));
     refresh->setObjectName(QStringLiteral("refresh"));
+    // F5 comes through the main window's Refresh, which calls RefreshMe.
+    refresh->setToolTip(QStringLiteral("Refresh (F5)"));
     connect(refresh, &QAction::triggered, this, &PictureListWindow::RefreshMe);
+
+    // The address bar's Back and Folder Up, wherever the focus is in the window.
+    addAction(m_address->BackAction());
+    addActions(m_folders->KeyActions());
 }
 
 void PictureListWindow::buildSideBar()

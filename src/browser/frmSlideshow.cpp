@@ -5,6 +5,7 @@
 #include "browser/SlideshowSession.h"
 #include "browser/ucPictureList.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -124,6 +125,15 @@ void frmSlideshow::buildToolbars()
         if (design.text)
             connect(button, &QAction::triggered, this, [this, index] { playButtonClicked(index); });
     }
+    // The keyboard's way to the buttons; Stop's Esc only counts while a show plays, as the
+    // button is hidden otherwise.
+    WindowKeys::Give(this, m_checkButton, QKeySequence(Qt::CTRL | Qt::Key_K));
+    WindowKeys::Give(this, PlayButton(PlayIndex), QKeySequence(Qt::CTRL | Qt::Key_Return));
+    WindowKeys::Give(this, PlayButton(StopIndex), QKeySequence(Qt::Key_Escape));
+    WindowKeys::Give(this, PlayButton(RepeatIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
+    WindowKeys::Give(this, PlayButton(RandomIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
+    WindowKeys::Give(this, PlayButton(FullScreenIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+
     // Stopped: Play shows, and waits for a checked picture.
     PlayButton(StopIndex)->setVisible(false);
     PlayButton(PlayIndex)->setEnabled(false);

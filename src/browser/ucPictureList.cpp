@@ -551,8 +551,38 @@ bool ucPictureList::eventFilter(QObject* watched, QEvent* event)
         return QStackedWidget::eventFilter(watched, event);
 
     switch (event->type()) {
-    case QEvent::KeyPress: {
+    case QEvent::ShortcutOverride: {
+        // Delete is the list's, with Shift too: the main window's keys must not take it.
         const int key = static_cast<QKeyEvent*>(event)->key();
+        if (!onViewport && key == Qt::Key_Delete && !isEditing() && owner->hasFocus())
+            event->accept();
+        break;
+    }
+    case QEvent::ContextMenu: {
+        // The mouse asks over a row of the viewport, the menu key on the current row.
+        const auto* request = static_cast<QContextMenuEvent*>(event);
+        const bool keyboard = request->reason() != QContextMenuEvent::Mouse;
+        if (onViewport == keyboard)
+            break;
+        const QModelIndex current = owner->currentIndex();
+        const int row = keyboard ? (current.isValid() && owner->selectionModel()->isSelected(current) ? current.row() : -1)
+                                 : rowAt(owner, request->pos());
+        if (row < 0)
+            break;
+        const QPoint at = keyboard ? owner->viewport()->mapToGlobal(owner->visualRect(current).center())
+                                   : request->globalPos();
+        Q_EMIT ContextMenuRequested(row, at);
+        return true;
+    }
+    case QEvent::KeyPress: {
+        const auto* press = static_cast<QKeyEvent*>(event);
+        const int key = press->key();
+        // Shift+F10 is the menu key of keyboards without one.
+        if (!onViewport && key == Qt::Key_F10 && press->modifiers() == Qt::ShiftModifier && !isEditing()) {
+            QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint(), owner->mapToGlobal(QPoint()));
+            QCoreApplication::sendEvent(owner, &request);
+            return true;
+        }
         const bool wanted = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Delete;
         // Keys an open label editor passes on are the editor's, not the list's.
         if (!onViewport && wanted && !isEditing() && owner->hasFocus()) {

@@ -119,6 +119,9 @@ Q_SIGNALS:
     void ColumnsResized();
     // Enter or Delete pressed on the list (not while a label is edited).
     void KeyPressed(int key);
+    // The picture menu is wanted for row: a right click on it, or the menu key on the
+    // current, selected row; at is where on the screen.
+    void ContextMenuRequested(int row, const QPoint& at);
     // Rows of this list were dropped on targetRow, or below the last row (-1). The dragged
     // rows are the selected ones.
     void RowsDropped(int targetRow);

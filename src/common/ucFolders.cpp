@@ -43,6 +43,15 @@ ucFolders::ucFolders(QWidget* parent) : QWidget(parent), m_bar(new QToolBar(this
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_bar);
 
+    QAction* up = Button(1);
+    up->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Up));
+    up->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    up->setToolTip(tr("Folder Up (%1)").arg(up->shortcut().toString(QKeySequence::NativeText)));
+    // The other folders have no key of their own: Tab reaches their buttons.
+    for (QAction* button : m_bar->actions())
+        if (QWidget* widget = m_bar->widgetForAction(button); widget && !button->isSeparator())
+            widget->setFocusPolicy(Qt::TabFocus);
+
     connect(m_bar, &QToolBar::actionTriggered, this, &ucFolders::buttonClicked);
     setCurrentPath({});
 }
@@ -51,6 +60,11 @@ QAction* ucFolders::Button(int index) const
 {
     const QList<QAction*> buttons = m_bar->actions();
     return index >= 1 && index <= buttons.size() ? buttons[index - 1] : nullptr;
+}
+
+QList<QAction*> ucFolders::KeyActions() const
+{
+    return {Button(1)};
 }
 
 void ucFolders::setCurrentPath(const QString& path)

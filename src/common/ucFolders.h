@@ -24,6 +24,9 @@ public:
     // The button at index 1..5 (1 "Folder Up", 2 a separator, 3 "Desktop", 4 "My Documents",
     // 5 "My Pictures"); null outside that range.
     QAction* Button(int index) const;
+    // The buttons' keys (Alt+Up for "Folder Up"); the host window holds them, so they work
+    // wherever the focus is in the window.
+    QList<QAction*> KeyActions() const;
 
 signals:
     void FolderChanged(const QString& path);

@@ -3,6 +3,7 @@
 #include "app/SettingsStore.h"
 #include "common/AddressRules.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -13,11 +14,16 @@
 
 ucTxtAddress::ucTxtAddress(const QString& formName, QWidget* parent)
     : QWidget(parent), m_box(new QLineEdit(this)), m_back(new QToolButton(this)),
-      m_formName(formName)
+      m_backAction(new QAction(tr("Back"), this)), m_formName(formName)
 {
+    m_backAction->setObjectName(QStringLiteral("actBack"));
+    m_backAction->setShortcuts(QKeySequence::Back);
+    m_backAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_backAction->setEnabled(false);
+    addAction(m_backAction);
     m_back->setObjectName(QStringLiteral("imgBack"));
     m_back->setIcon(QIcon(QStringLiteral(":/icons/back.svg")));
-    m_back->setToolTip(tr("Back"));
+    m_back->setToolTip(tr("Back (%1)").arg(m_backAction->shortcut().toString(QKeySequence::NativeText)));
     m_back->setAutoRaise(true);
     m_back->setEnabled(false);
     m_box->setObjectName(QStringLiteral("txtAddress"));
@@ -30,6 +36,7 @@ ucTxtAddress::ucTxtAddress(const QString& formName, QWidget* parent)
     layout->addWidget(m_box, 1);
 
     connect(m_back, &QToolButton::clicked, this, &ucTxtAddress::goBack);
+    connect(m_backAction, &QAction::triggered, this, &ucTxtAddress::goBack);
 }
 
 RecentList& ucTxtAddress::history()
@@ -70,6 +77,7 @@ void ucTxtAddress::apply(const QString& address)
 {
     m_address = address;
     m_back->setEnabled(AddressRules::BackIndex(history(), m_backFrom, m_address) >= 0);
+    m_backAction->setEnabled(m_back->isEnabled());
     shorten();
     emit NewAddress();
 }
@@ -114,6 +122,15 @@ bool ucTxtAddress::eventFilter(QObject* watched, QEvent* event)
     if (watched != m_box)
         return QWidget::eventFilter(watched, event);
     switch (event->type()) {
+    case QEvent::ShortcutOverride: {
+        // Enter and Esc belong to the box while it has the focus, whatever keys its window has.
+        const auto* press = static_cast<QKeyEvent*>(event);
+        const int key = press->key();
+        const bool plain = !(press->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+        if (plain && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape))
+            event->accept();
+        break;
+    }
     case QEvent::KeyPress: {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {

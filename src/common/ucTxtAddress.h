@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLineEdit;
+class QAction;
 class QToolButton;
 
 // The folder address bar: a box showing the current folder, which the user can type over and
@@ -31,6 +32,9 @@ public:
 
     QLineEdit* txtAddress() const { return m_box; }
     QToolButton* imgBack() const { return m_back; }
+    // Back on the keyboard (Alt+Left); the host window holds it, so it works wherever the
+    // focus is in the window.
+    QAction* BackAction() const { return m_backAction; }
 
 signals:
     void NewAddress();
@@ -48,6 +52,7 @@ private:
 
     QLineEdit* m_box;
     QToolButton* m_back;
+    QAction* m_backAction;
     QString m_formName;
     QString m_address;
     // The text last shown for m_address, shortened or whole.

@@ -148,4 +148,84 @@ std::pair<int, int> VisibleRange(double scrollTop, int viewportHeight, int colum
     return {first * cols, std::min(count - 1, last * cols + cols - 1)};
 }
 
+int RowsPerPage(int viewportHeight, int box)
+{
+    if (box <= 0)
+        return 1;
+    return std::max(1, int(std::floor(viewportHeight / stepOf(box))));
+}
+
+int MoveTo(int current, Move move, int columns, int count, int rowsPerPage,
+           const std::function<bool(int)>& hidden)
+{
+    const auto shown = [&](int index) { return index >= 0 && index < count && !hidden(index); };
+    // The nearest shown cell from index on, walking by step; -1 past either end.
+    const auto walk = [&](int index, int step) {
+        while (index >= 0 && index < count && !shown(index))
+            index += step;
+        return shown(index) ? index : -1;
+    };
+    const int first = walk(0, 1);
+    if (first < 0)
+        return -1;
+    const int last = walk(count - 1, -1);
+    if (!shown(current))
+        return move == Move::End ? last : first;
+
+    const int cols = std::max(1, columns);
+    const int pageRows = std::max(1, rowsPerPage);
+    int found = -1;
+    switch (move) {
+    case Move::Left:
+        found = walk(current - 1, -1);
+        break;
+    case Move::Right:
+        found = walk(current + 1, 1);
+        break;
+    case Move::Up:
+        found = walk(current - cols, -cols);
+        break;
+    case Move::Down:
+        found = walk(current + cols, cols);
+        // The row below ends before this column: its last cell is the nearest.
+        if (found < 0 && current / cols < (last / cols))
+            found = last;
+        break;
+    case Move::PageUp: {
+        const int target = std::max(current % cols, current - pageRows * cols);
+        found = walk(target, -cols);
+        if (found < 0)
+            found = walk(target, cols);
+        break;
+    }
+    case Move::PageDown: {
+        // Past the end a page goes to the last cell, as the column may not reach that far.
+        const int target = current + pageRows * cols;
+        found = target < count ? walk(target, cols) : -1;
+        if (found < 0)
+            found = last;
+        break;
+    }
+    case Move::Home:
+        found = first;
+        break;
+    case Move::End:
+        found = last;
+        break;
+    }
+    return found >= 0 ? found : current;
+}
+
+int ScrollToShow(double cellTop, int box, int scrollTop, int viewportHeight)
+{
+    // The gap above the first row stays in view with it, and the one below the last.
+    const double margin = marginOf(box);
+    if (cellTop - margin < scrollTop)
+        return std::max(0, int(std::floor(cellTop - margin)));
+    const double bottom = cellTop + box + margin;
+    if (bottom > scrollTop + viewportHeight)
+        return int(std::ceil(bottom - viewportHeight));
+    return scrollTop;
+}
+
 } // namespace GalleryLayout

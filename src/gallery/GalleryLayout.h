@@ -4,6 +4,7 @@
 #include <QRectF>
 #include <QSizeF>
 
+#include <functional>
 #include <utility>
 
 // The gallery's cell arithmetic, in pixels. The column count uses a pitch of 1.13 x box, the
@@ -49,5 +50,33 @@ int IndexAt(const QPointF& canvasPoint, int columns, int box, int count);
 // canvas; (-1, -1) when no cell does.
 std::pair<int, int> VisibleRange(double scrollTop, int viewportHeight, int columns, int box,
                                  int count);
+
+// Whole rows that fit in a viewport, never below one: how far a page key moves.
+int RowsPerPage(int viewportHeight, int box);
+
+// Where a navigation key takes the current cell.
+enum class Move
+{
+    Left,
+    Right,
+    Up,
+    Down,
+    PageUp,
+    PageDown,
+    Home,
+    End
+};
+// The cell a key moves to from current, among count cells in rows of columns, stepping over
+// removed cells (hidden tells which). Left and Right run through the rows as text does; Up
+// and Down keep the column, and Down from a row the next one does not reach goes to the last
+// cell; a page moves rowsPerPage rows, up to the first row at most and down to the last cell.
+// Without a current cell any key but End gives the first shown cell. current is returned
+// where the key leads nowhere, and -1 when no cell is shown at all.
+int MoveTo(int current, Move move, int columns, int count, int rowsPerPage,
+           const std::function<bool(int)>& hidden);
+
+// The scroll position that brings a cell whose canvas top is cellTop into a viewport now at
+// scrollTop, moving as little as possible; scrollTop when the cell shows already.
+int ScrollToShow(double cellTop, int box, int scrollTop, int viewportHeight);
 
 } // namespace GalleryLayout

@@ -22,9 +22,14 @@ void SetMenu(QMenu* newMenu)
 
 bool ButtonReleased(int button)
 {
-    if (button != Qt::RightButton || !menu())
+    return button == Qt::RightButton && ShowAt(QCursor::pos());
+}
+
+bool ShowAt(const QPoint& globalPos)
+{
+    if (!menu())
         return false;
-    menu()->popup(QCursor::pos());
+    menu()->popup(globalPos);
     return true;
 }
 

@@ -4,9 +4,12 @@
 #include "gallery/GalleryLayout.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QHash>
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
@@ -98,6 +101,7 @@ void ThumbGrid::setCount(int count)
     m_checkedCount = 0;
     m_hot = -1;
     m_pressed = -1;
+    m_current = -1;
     update();
     refreshVisibleRange();
 }
@@ -159,7 +163,8 @@ void ThumbGrid::setScrollTop(int top)
     // Move what is already drawn and paint only the strip that scrolls into view.
     const int dy = m_scrollTop - top;
     m_scrollTop = top;
-    if (std::abs(dy) < height())
+    // Without a current cell the focus frame follows the first cell in view: paint it all.
+    if (std::abs(dy) < height() && !(hasFocus() && m_current < 0))
         scroll(0, dy);
     else
         update();
@@ -210,6 +215,48 @@ void ThumbGrid::paintEvent(QPaintEvent* event)
         if (!m_hidden[size_t(i)] && paintRect(i).intersects(exposed))
             paintCell(painter, i);
     }
+    if (hasFocus())
+        paintFocus(painter, focusCell());
+}
+
+void ThumbGrid::paintFocus(QPainter& painter, int index)
+{
+    if (index < 0)
+        return;
+    // Dots of the text colour on a line of the base colour, inside the selection frame: the
+    // frame shows over any picture, checked or not, and whether or not the focus came by Tab
+    // (the style's own focus frame waits for a Tab).
+    const QRectF frame = QRectF(paintRect(index)).adjusted(3.5, 3.5, -3.5, -3.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(palette().color(QPalette::Base), 1));
+    painter.drawRect(frame);
+    painter.setPen(QPen(palette().color(QPalette::Text), 1, Qt::DotLine));
+    painter.drawRect(frame);
+    painter.restore();
+}
+
+void ThumbGrid::setCurrent(int index)
+{
+    if (!isValid(index))
+        index = -1;
+    if (index == m_current)
+        return;
+    const int before = focusCell();
+    m_current = index;
+    updateCell(before);
+    updateCell(index);
+}
+
+int ThumbGrid::focusCell() const
+{
+    if (isValid(m_current) && !m_hidden[size_t(m_current)])
+        return m_current;
+    for (int i = m_visible.first; i >= 0 && i <= m_visible.second; ++i)
+        if (!m_hidden[size_t(i)])
+            return i;
+    return -1;
 }
 
 void ThumbGrid::paintCell(QPainter& painter, int index)
@@ -446,6 +493,87 @@ void ThumbGrid::startDrag(int index)
     // Pictures leave the gallery as copies: moving them away under it would empty cells.
     drag->exec(Qt::CopyAction, Qt::CopyAction);
     drag->deleteLater();
+}
+
+void ThumbGrid::keyPressEvent(QKeyEvent* event)
+{
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const int from = focusCell();
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (modifiers != Qt::NoModifier)
+            break;
+        if (from >= 0)
+            emit CellActivated(from);
+        return;
+    case Qt::Key_Space:
+        if (modifiers & ~Qt::ControlModifier)
+            break;
+        if (from >= 0)
+            emit CellToggled(from);
+        return;
+    case Qt::Key_F10:
+        if (modifiers != Qt::ShiftModifier)
+            break;
+        if (from >= 0)
+            emit CellContextMenu(from, mapToGlobal(paintRect(from).center()));
+        return;
+    default:
+        break;
+    }
+
+    using GalleryLayout::Move;
+    static const QHash<int, Move> moves = {
+        {Qt::Key_Left, Move::Left},         {Qt::Key_Right, Move::Right},
+        {Qt::Key_Up, Move::Up},             {Qt::Key_Down, Move::Down},
+        {Qt::Key_PageUp, Move::PageUp},     {Qt::Key_PageDown, Move::PageDown},
+        {Qt::Key_Home, Move::Home},         {Qt::Key_End, Move::End},
+    };
+    const auto move = moves.constFind(event->key());
+    if (move == moves.constEnd() || (modifiers & ~(Qt::ShiftModifier | Qt::ControlModifier))) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (from < 0)
+        return;
+    // The first key takes the cell the focus frame shows; Home and End go where they say.
+    const bool jump = *move == Move::Home || *move == Move::End;
+    const int target = m_current < 0 && !jump
+                           ? from
+                           : GalleryLayout::MoveTo(from, *move, m_columns, m_count,
+                                                   GalleryLayout::RowsPerPage(height(), m_box),
+                                                   [this](int i) { return m_hidden[size_t(i)]; });
+    if (target >= 0)
+        emit KeyMoved(target, modifiers);
+}
+
+void ThumbGrid::contextMenuEvent(QContextMenuEvent* event)
+{
+    // The mouse's menu comes with the right button's release; this one is the menu key's.
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        event->ignore();
+        return;
+    }
+    const int index = focusCell();
+    if (index < 0) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    emit CellContextMenu(index, mapToGlobal(paintRect(index).center()));
+}
+
+void ThumbGrid::focusInEvent(QFocusEvent* event)
+{
+    updateCell(focusCell());
+    QWidget::focusInEvent(event);
+}
+
+void ThumbGrid::focusOutEvent(QFocusEvent* event)
+{
+    updateCell(focusCell());
+    QWidget::focusOutEvent(event);
 }
 
 void ThumbGrid::leaveEvent(QEvent* event)

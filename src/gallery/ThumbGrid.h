@@ -66,13 +66,28 @@ public:
     // First and last index of the rows in view, (-1, -1) when none.
     std::pair<int, int> visibleRange() const { return m_visible; }
 
+    // The cell the keys move from and the focus frame marks: the host's current picture.
+    void setCurrent(int index);
+    int current() const { return m_current; }
+    // Where the keys start and the focus frame shows: the current cell, else the first cell
+    // in view; -1 when no cell shows.
+    int focusCell() const;
+
 Q_SIGNALS:
     // After a left click has toggled the cell's check, as a check box's Click comes after
     // its value changed.
     void CellClicked(int index);
     // The pointer entered a cell with no button held.
     void CellHovered(int index);
+    // A right click on a cell, or the menu key or Shift+F10 on the current one.
     void CellContextMenu(int index, const QPoint& globalPos);
+    // A navigation key asks for the cell index to become current, with the modifiers held
+    // (Shift extends the selection, Ctrl moves without changing it).
+    void KeyMoved(int index, Qt::KeyboardModifiers modifiers);
+    // Enter or Return on the current cell.
+    void CellActivated(int index);
+    // Space on the current cell: its check box turns over.
+    void CellToggled(int index);
     // The wheel's turn in canvas pixels, signed as Qt's wheel deltas: positive when the wheel
     // turns away from the user, so the host subtracts it from its scroll bar's value.
     void WheelScrolled(int pixelDelta);
@@ -87,6 +102,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
@@ -98,6 +117,7 @@ private:
     void paintCell(QPainter& painter, int index);
     void paintPicture(QPainter& painter, const QRect& cell, int index);
     void paintCaption(QPainter& painter, const QRect& cell, int index);
+    void paintFocus(QPainter& painter, int index);
     QPixmap makeCaptionStrip(const QString& caption, qreal dpr) const;
 
     // The frame of a cell in one of its states, drawn by the style once and then blitted:
@@ -128,6 +148,7 @@ private:
     int m_checkedCount = 0;
     int m_hot = -1;
     int m_pressed = -1;
+    int m_current = -1;
     std::pair<int, int> m_visible{-1, -1};
     QFont m_captionFont;
     std::array<CellLook, 4> m_looks;

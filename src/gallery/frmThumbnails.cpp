@@ -8,6 +8,7 @@
 #include "common/Formats.h"
 #include "common/MsgBox.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 #include "common/modBrowseForFolder.h"
 #include "common/ucFolders.h"
 #include "common/ucTxtAddress.h"
@@ -150,10 +151,23 @@ void frmThumbnails::buildWindow()
             [this](int delta) { m_scroll->setValue(m_scroll->value() - delta); });
     connect(m_grid, &ThumbGrid::CellClicked, this, &frmThumbnails::cellClicked);
     connect(m_grid, &ThumbGrid::CellHovered, this, &frmThumbnails::cellHovered);
-    connect(m_grid, &ThumbGrid::CellContextMenu, this, [this](int index, const QPoint&) {
+    connect(m_grid, &ThumbGrid::CellContextMenu, this, [this](int index, const QPoint& at) {
         if (index != m_current)
             select(index);
-        PictureMenu::ButtonReleased(Qt::RightButton);
+        PictureMenu::ShowAt(at);
+    });
+    connect(m_grid, &ThumbGrid::KeyMoved, this, &frmThumbnails::keyMoved);
+    connect(m_grid, &ThumbGrid::CellActivated, this, [this](int index) {
+        if (index != m_current)
+            select(index);
+        openPicture();
+    });
+    connect(m_grid, &ThumbGrid::CellToggled, this, [this](int index) {
+        // As a Ctrl+click: the check turns over, the others keep theirs.
+        m_grid->setChecked(index, !m_grid->isChecked(index));
+        const int key = std::exchange(m_lastKey, KeyControl);
+        select(index);
+        m_lastKey = key;
     });
     connect(m_grid, &ThumbGrid::FilesDropped, this, &frmThumbnails::DroppedOLE);
     connect(m_grid, &ThumbGrid::VisibleRangeChanged, m_pipeline, &ThumbPipeline::SetVisible);
@@ -202,14 +216,18 @@ void frmThumbnails::buildToolbar()
     browse->setObjectName(QStringLiteral("browse"));
     browse->setToolTip(QStringLiteral("Choose a folder to thumbnail"));
     connect(browse, &QAction::triggered, this, &frmThumbnails::BrowseFolder);
+    WindowKeys::Give(this, browse, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O));
 
     QAction* size = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/thumbs.svg")), QStringLiteral("Size..."));
     size->setObjectName(QStringLiteral("size"));
     size->setToolTip(QStringLiteral("Thumbnail size and captions"));
     connect(size, &QAction::triggered, this, &frmThumbnails::ChooseSize);
+    WindowKeys::Give(this, size, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
 
+    // F5, which the gallery answers itself (see keyEvent).
     QAction* refresh = m_toolbar->addAction(QIcon(QStringLiteral(":/icons/refresh.svg")), QStringLiteral("Refresh"));
     refresh->setObjectName(QStringLiteral("refresh"));
+    refresh->setToolTip(QStringLiteral("Refresh (F5)"));
     connect(refresh, &QAction::triggered, this, [this] { RefreshMe(false); });
 
     QAction* collection = m_toolbar->addAction(QStringLiteral("Collection"));
@@ -217,6 +235,11 @@ void frmThumbnails::buildToolbar()
     collection->setCheckable(true);
     collection->setToolTip(QStringLiteral("On: the pictures you gathered here. Off: the folder in the address bar."));
     connect(collection, &QAction::toggled, this, &frmThumbnails::setCollectionMode);
+    WindowKeys::Give(this, collection, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L));
+
+    // The address bar's Back and Folder Up, wherever the focus is in the gallery.
+    addAction(m_address->BackAction());
+    addActions(m_folders->KeyActions());
 }
 
 void frmThumbnails::loadSettings()
@@ -421,6 +444,7 @@ void frmThumbnails::listed()
 
     m_grid->setCount(0);
     m_current = -1;
+    m_anchor = -1;
     m_scroll->setValue(0);
     sizeCanvas();
 
@@ -581,12 +605,45 @@ void frmThumbnails::select(int index)
     if (index >= 0 && index < cells && !m_grid->isCellHidden(index)) {
         const QString path = m_cells[size_t(index)].path;
         m_current = index;
+        m_grid->setCurrent(index);
+        // A selection made afresh is where Shift and the keys extend it from.
+        if (m_lastKey != KeyShift && m_lastKey != KeyControl)
+            m_anchor = index;
         m_previewPane->setCaption(Utilities::FileNameOf(path) + QStringLiteral(" (Item ") +
                                   QString::number(index + 1) + QLatin1Char(')'));
         m_preview->setFileName(path);
     }
     m_busy = false;
     countSelected();
+}
+
+void frmThumbnails::keyMoved(int index, Qt::KeyboardModifiers modifiers)
+{
+    if (modifiers & Qt::ShiftModifier) {
+        // Shift selects the run from where the selection began; with Ctrl too, what was
+        // selected outside the run stays so.
+        const int anchor = m_anchor >= 0 && m_anchor < m_grid->count() ? m_anchor : index;
+        const int low = qMin(anchor, index);
+        const int high = qMax(anchor, index);
+        const bool keepOthers = modifiers & Qt::ControlModifier;
+        for (int i = 0; i < m_grid->count(); ++i)
+            if ((i >= low && i <= high) || !keepOthers)
+                m_grid->setChecked(i, i >= low && i <= high);
+    }
+    // Ctrl moves the current picture alone; a plain key selects it as a click does.
+    const int key = std::exchange(m_lastKey, modifiers & Qt::ShiftModifier     ? KeyShift
+                                             : modifiers & Qt::ControlModifier ? KeyControl
+                                                                               : 0);
+    select(index);
+    m_lastKey = key;
+    scrollIntoView(index);
+}
+
+void frmThumbnails::scrollIntoView(int index)
+{
+    const double top = GalleryLayout::CellPos(index, m_columns, m_box).y();
+    const int wanted = GalleryLayout::ScrollToShow(top, m_box, m_scroll->value(), m_grid->height());
+    m_scroll->setValue(qBound(m_scroll->minimum(), wanted, m_scroll->maximum()));
 }
 
 void frmThumbnails::countSelected()
@@ -638,6 +695,7 @@ void frmThumbnails::DeleteItems()
     m_grid->setCellHidden(index, true);
     m_grid->setChecked(index, false);
     m_current = -1;
+    m_grid->setCurrent(-1);
 
     m_previewPane->setCaption({});
     for (int next = index + 1; m_previewPane->Caption()->text().isEmpty() && next <= 100; ++next)
@@ -883,12 +941,14 @@ bool frmThumbnails::keyEvent(QWidget* target, QKeyEvent* event, bool down)
     else
         m_lastKey = key;
 
-    const bool typing = qobject_cast<QLineEdit*>(target) != nullptr;
+    if (!ownKey(target, event))
+        return false;
     switch (key) {
     case Qt::Key_Delete:
-        if (typing)
-            return false;
         DeleteItems();
+        return true;
+    case Qt::Key_F2:
+        RenameImage();
         return true;
     case Qt::Key_F4:
         Utilities::SelectAllText(m_address->txtAddress());
@@ -904,9 +964,36 @@ bool frmThumbnails::keyEvent(QWidget* target, QKeyEvent* event, bool down)
     }
 }
 
+bool frmThumbnails::ownKey(QWidget* target, const QKeyEvent* event)
+{
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    // A text box keeps its own Delete; F2 there renames nothing.
+    const bool typing = qobject_cast<QLineEdit*>(target) != nullptr;
+    switch (event->key()) {
+    case Qt::Key_Delete:
+        // Shift is part of the gallery's Delete: it deletes the file for good.
+        return !typing && !(modifiers & ~Qt::ShiftModifier);
+    case Qt::Key_F2:
+        return !typing && modifiers == Qt::NoModifier;
+    case Qt::Key_F4:
+    case Qt::Key_F5:
+        return modifiers == Qt::NoModifier;
+    default:
+        return false;
+    }
+}
+
 bool frmThumbnails::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
+    if (type == QEvent::ShortcutOverride) {
+        // The keys the gallery answers itself are not the main window's: its F5 would reload
+        // at once, past the two seconds' hold-off, and Shift+Delete would cut instead.
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget && (widget == this || isAncestorOf(widget)) && ownKey(widget, static_cast<QKeyEvent*>(event)))
+            event->accept();
+        return false;
+    }
     if (type == QEvent::KeyPress || type == QEvent::KeyRelease) {
         // The window sees its keys before any of its controls does.
         auto* widget = qobject_cast<QWidget*>(watched);

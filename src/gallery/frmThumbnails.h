@@ -117,6 +117,9 @@ private:
     void startPass(std::vector<ThumbJob> jobs = {});
     void passFinished(bool cancelled);
     void select(int index);
+    // A navigation key of the grid: index becomes current, the selection as the keys say.
+    void keyMoved(int index, Qt::KeyboardModifiers modifiers);
+    void scrollIntoView(int index);
     void openPicture();
     void countSelected();
     void cellClicked(int index);
@@ -135,6 +138,8 @@ private:
     // Brings back the thumbnail of path that DeleteItems removed.
     void showRemoved(const QString& path);
     bool keyEvent(QWidget* target, QKeyEvent* event, bool down);
+    // The keys the gallery answers itself when target has the focus.
+    static bool ownKey(QWidget* target, const QKeyEvent* event);
 
     // One cell of the grid, in display order.
     struct Cell
@@ -175,6 +180,8 @@ private:
     int m_box = 0;
     int m_columns = 1;
     int m_current = -1;
+    // Where a Shift selection runs from: the cell last selected without Shift or Ctrl.
+    int m_anchor = -1;
     int m_lastKey = 0;
     int m_splitterPressWidth = -1;
     bool m_loading = false;

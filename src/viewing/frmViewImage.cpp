@@ -3,6 +3,7 @@
 #include "common/AppGlobals.h"
 #include "common/Formats.h"
 #include "common/MdiPlacement.h"
+#include "common/WindowKeys.h"
 #include "viewing/frmImageProps.h"
 #include "viewing/PictureWindows.h"
 #include "viewing/PreviewLayout.h"
@@ -51,6 +52,11 @@ frmViewImage::frmViewImage(QWidget* parent) : QMainWindow(parent)
         if (i < 2)
             connect(action, &QAction::triggered, this, [this, i] { tlbMain_ButtonClick(i + 1); });
     }
+    // Fit on the keyboard; Props is File > Properties (Alt+Return), which describes the
+    // picture of the window last turned to.
+    WindowKeys::Give(this, tlbMain->findChild<QAction*>(QStringLiteral("tlbMain(1)")), QKeySequence(Qt::Key_F));
+    // The window takes the focus when the user turns to it, so its key works.
+    setFocusPolicy(Qt::StrongFocus);
     // The magnification list is offered as it always was; choosing an entry changes nothing.
     auto* magnify = new QMenu(this);
     magnify->setObjectName(QStringLiteral("mnuMagnify"));

@@ -4,6 +4,7 @@
 #include "app/SettingsStore.h"
 #include "common/MsgBox.h"
 #include "common/Utilities.h"
+#include "common/WindowKeys.h"
 #include "imaging/PictureLoader.h"
 
 #include <QAction>
@@ -66,8 +67,20 @@ frmWorkshop::frmWorkshop(QWidget* parent) : QWidget(parent, Qt::Window)
     tools->addAction(QStringLiteral("Re&size..."), this, &frmWorkshop::ChooseSize);
     tools->addSeparator();
     m_undo = tools->addAction(QStringLiteral("&Undo Edit"), this, &frmWorkshop::UndoEdit);
+    m_undo->setShortcuts(QKeySequence::Undo);
     tools->addSeparator();
-    tools->addAction(QStringLiteral("Save &As..."), this, [this] { SaveAs(); });
+    QAction* saveAs = tools->addAction(QStringLiteral("Save &As..."), this, [this] { SaveAs(); });
+    saveAs->setShortcuts(WindowKeys::Standard(QKeySequence::SaveAs, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)));
+    // A toolbar button shows its action's text without the "&"; given as the button's own
+    // text, the underlined letter works with Alt as in a dialog.
+    for (QAction* action : tools->actions()) {
+        if (action->isSeparator())
+            continue;
+        action->setIconText(action->text());
+        if (!action->shortcut().isEmpty())
+            action->setToolTip(QStringLiteral("%1 (%2)").arg(action->toolTip(),
+                                                              action->shortcut().toString(QKeySequence::NativeText)));
+    }
     layout->addWidget(tools);
 
     m_picture = new QLabel(this);

@@ -1,0 +1,540 @@
+#include "TestWorld.h"
+
+#include "app/MainMenus.h"
+#include "app/MenuTable.h"
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
+#include "app/UndoLog.h"
+#include "app/mdiMain.h"
+#include "browser/PictureListWindow.h"
+#include "browser/ucPictureList.h"
+#include "common/AppGlobals.h"
+#include "common/ucTxtAddress.h"
+#include "gallery/GalleryLayout.h"
+#include "gallery/ThumbGrid.h"
+#include "gallery/frmThumbnails.h"
+#include "viewing/PictureOpener.h"
+#include "viewing/ucImgPreview.h"
+#include "viewing/PictureWindows.h"
+#include "viewing/frmWorkshop.h"
+#include "viewing/frmViewImage.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+#include <QImage>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QShortcut>
+
+#include <memory>
+#include <set>
+
+namespace {
+
+// What a menu shows of a caption: "&&" as "&", any other "&" gone.
+QString shownText(QString caption)
+{
+    caption.replace(QStringLiteral("&&"), QStringLiteral("\x01"));
+    caption.remove(QLatin1Char('&'));
+    return caption.replace(QLatin1Char('\x01'), QLatin1Char('&'));
+}
+
+// The widgets in which an action's keys can fire: none for an action only a pop-up menu
+// shows, as Qt fires those keys only through a menu bar or a widget holding the action.
+QList<QWidget*> keyHolders(QAction* action)
+{
+    QList<QWidget*> holders;
+    for (QObject* object : action->associatedObjects()) {
+        if (auto* menu = qobject_cast<QMenu*>(object))
+            holders << keyHolders(menu->menuAction());
+        else if (auto* widget = qobject_cast<QWidget*>(object))
+            holders << widget;
+    }
+    return holders;
+}
+
+QString nameOf(QObject* object)
+{
+    auto* action = qobject_cast<QAction*>(object);
+    return object->objectName().isEmpty() && action ? action->text() : object->objectName();
+}
+
+// Whether keys held by a and b with these contexts can be pressed with the same focus.
+bool overlap(QWidget* a, Qt::ShortcutContext ca, QWidget* b, Qt::ShortcutContext cb)
+{
+    if (ca == Qt::WindowShortcut || cb == Qt::WindowShortcut || ca == Qt::ApplicationShortcut ||
+        cb == Qt::ApplicationShortcut)
+        return a->window() == b->window() || ca == Qt::ApplicationShortcut || cb == Qt::ApplicationShortcut;
+    return a == b || a->isAncestorOf(b) || b->isAncestorOf(a);
+}
+
+} // namespace
+
+class tst_Keyboard : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<mdiMain> m_main;
+    QString m_picture;
+
+    QString world(const QString& relative) const { return property("worldPath").toString() + u'/' + relative; }
+
+    QWidget* child(const QString& name) const
+    {
+        for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
+            if (sub->widget()->objectName() == name)
+                return sub->widget();
+        return nullptr;
+    }
+
+    // Where the focus goes for a place: the picture list or grid, or the picture window.
+    QWidget* focusFor(const QString& place) const
+    {
+        if (place == QLatin1String("browser") || place == QLatin1String("builder")) {
+            const QString name = place == QLatin1String("browser") ? QStringLiteral("frmMyImages") : QStringLiteral("frmSlideshow");
+            return static_cast<PictureListWindow*>(child(name))->lvList()->view();
+        }
+        if (place == QLatin1String("picture window") || place == QLatin1String("no menu bar"))
+            return child(QStringLiteral("frmViewImage"));
+        return static_cast<frmThumbnails*>(child(QStringLiteral("frmThumbnails")))->picFrame();
+    }
+
+    // Makes the window that holds widget the active one and gives widget the focus.
+    void focusOn(QWidget* widget)
+    {
+        m_main->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+        for (QMdiSubWindow* sub : m_main->Area()->subWindowList())
+            if (sub->isAncestorOf(widget))
+                m_main->Area()->setActiveSubWindow(sub);
+        widget->setFocus();
+        // Commands aimed at a child are enabled a moment after one becomes active.
+        QTRY_VERIFY(m_main->Menus()->Action(QStringLiteral("mnuEdit"), 3)->isEnabled());
+        QTRY_COMPARE(QApplication::focusWidget(), widget);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        Globals().Options.fill(0);
+        Globals().Options[11] = 1;
+        m_picture = world(QStringLiteral("Tom & Jerry.png"));
+        QImage picture(64, 48, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        QVERIFY(picture.save(m_picture));
+
+        // The main window with every kind of child window open, as the user has it.
+        m_main = std::make_unique<mdiMain>();
+        m_main->Load();
+        m_main->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+        QTRY_VERIFY(!m_main->StartingUp());
+        for (int button : {MenuTable::MyImagesButton, MenuTable::SlideshowButton, MenuTable::ThumbnailsButton})
+            QVERIFY(m_main->OpenChild(button));
+        QVERIFY(PictureWindows::Open(m_picture));
+        m_main->ProposeRecent(m_picture);
+        m_main->ProposeRecent(world(QStringLiteral("R&B.png")));
+        // Something to undo, so Undo takes its keys.
+        UndoLog::global().Record(QStringLiteral("Nothing"), [] { return UndoLog::Outcome{}; });
+    }
+
+    void cleanupTestCase() { m_main.reset(); }
+
+    // A gallery of 30 pictures in rows of four, scrolled: its grid has the focus and no
+    // picture is selected yet.
+    std::unique_ptr<frmThumbnails> gridOfFour()
+    {
+        const QString folder = world(QStringLiteral("thirty/"));
+        if (!QDir(folder).exists()) {
+            QDir().mkpath(folder);
+            QImage picture(32, 24, QImage::Format_RGB32);
+            for (int i = 0; i < 30; ++i) {
+                picture.fill(QColor::fromHsv(i * 12, 200, 200));
+                picture.save(folder + QStringLiteral("p%1.png").arg(i, 2, 10, QLatin1Char('0')));
+            }
+        }
+        SettingsStore::global().write(Keys::ThumbSizeForGallery, 3);
+        auto gallery = std::make_unique<frmThumbnails>();
+        gallery->ShowBar(3, false);
+        gallery->resize(430, 360);
+        gallery->show();
+        gallery->ShowFolder(folder);
+        if (!QTest::qWaitForWindowActive(gallery.get()) ||
+            !QTest::qWaitFor([&] { return !gallery->PassRunning() && gallery->Columns() == 4; }, 20000))
+            return {};
+        gallery->picFrame()->setFocus();
+        return gallery;
+    }
+
+    static std::set<int> checkedCells(const ThumbGrid* grid)
+    {
+        std::set<int> checked;
+        for (int i = 0; i < grid->count(); ++i)
+            if (grid->isChecked(i))
+                checked.insert(i);
+        return checked;
+    }
+
+    // Letters two entries of one menu share press to the first and need Enter; where the
+    // captions are fixed that way, all but one of the entries have keys of their own.
+    void mnemonicsLeadToOneEntry_data()
+    {
+        QTest::addColumn<QString>("array");
+        QTest::addColumn<QString>("shared");
+        const QHash<QString, QString> fixed = {
+            {QStringLiteral("mnuFile"), QStringLiteral("A")},
+            {QStringLiteral("mnuEdit"), QStringLiteral("C")},
+            {QStringLiteral("mnuPopup_ImageOptions"), QStringLiteral("PRT")},
+        };
+        for (const MenuTable::Array& array : MenuTable::Arrays())
+            if (array.name != MenuTable::Popups && array.name != QLatin1String("mnuTopMenus"))
+                QTest::newRow(qPrintable(array.name)) << array.name << fixed.value(array.name);
+    }
+    void mnemonicsLeadToOneEntry()
+    {
+        QFETCH(QString, array);
+        QMenu* menu = m_main->Menus()->Menu(array);
+        // The open windows join the Window menu as it opens.
+        Q_EMIT menu->aboutToShow();
+        QMap<QChar, QList<QAction*>> byLetter;
+        for (QAction* action : menu->actions()) {
+            const QKeySequence mnemonic = QKeySequence::mnemonic(action->text());
+            if (action->isVisible() && !action->isSeparator() && !mnemonic.isEmpty())
+                byLetter[QChar(mnemonic[0].key())] << action;
+        }
+        QString shared;
+        for (auto letter = byLetter.cbegin(); letter != byLetter.cend(); ++letter) {
+            if (letter->size() < 2)
+                continue;
+            shared += letter.key();
+            int keyless = 0;
+            for (QAction* action : *letter)
+                keyless += action->shortcuts().isEmpty() ? 1 : 0;
+            QVERIFY2(keyless <= 1, qPrintable(QStringLiteral("%1: several entries on %2 and no key").arg(array, letter.key())));
+        }
+        QTEST(shared, "shared");
+    }
+
+    // Names of pictures and windows are shown as they are and never take an entry's letter.
+    void namesInMenusKeepTheirAmpersands()
+    {
+        QAction* recent = m_main->Menus()->Action(QStringLiteral("mnuFile"), 13);
+        QCOMPARE(shownText(recent->text()), QStringLiteral("1 R&B.png"));
+        QCOMPARE(QKeySequence::mnemonic(recent->text()), QKeySequence(Qt::ALT | Qt::Key_1));
+        QMenu* windows = m_main->Menus()->Menu(QStringLiteral("mnuWindow"));
+        Q_EMIT windows->aboutToShow();
+        QStringList shown;
+        for (QAction* action : windows->actions())
+            shown << shownText(action->text());
+        QVERIFY2(shown.filter(QStringLiteral("Tom & Jerry.png")).size() == 1, qPrintable(shown.join(u'|')));
+    }
+
+    // Each key of the main window reaches its entry wherever the focus is, and while the menu
+    // bar is hidden; a key the focused child window answers itself stays with it.
+    void keysReachTheirEntries_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("array");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QKeySequence>("key");
+        QTest::addColumn<bool>("reaches");
+        const QString places[] = {QStringLiteral("gallery"), QStringLiteral("browser"), QStringLiteral("builder"),
+                                  QStringLiteral("picture window"), QStringLiteral("no menu bar")};
+        for (const QString& place : places)
+            for (const MenuTable::Array& array : MenuTable::Arrays())
+                for (const MenuTable::Entry& entry : array.entries)
+                    if (MenuTable::MainWindowKeys(array.name, entry.index))
+                        for (const QKeySequence& key : MenuTable::Shortcuts(array.name, entry.index)) {
+                            // The gallery reloads on F5 itself, at most every two seconds, and
+                            // the lists delete on Shift+Delete rather than cut.
+                            const bool list = place != QLatin1String("picture window") && place != QLatin1String("no menu bar");
+                            const bool ownKey = (place == QLatin1String("gallery") && key == QKeySequence(Qt::Key_F5)) ||
+                                                (list && key == QKeySequence(Qt::SHIFT | Qt::Key_Delete));
+                            QTest::addRow("%s, %s(%d), %s", qPrintable(place), qPrintable(array.name), entry.index,
+                                          qPrintable(key.toString()))
+                                << place << array.name << entry.index << key << !ownKey;
+                        }
+    }
+    void keysReachTheirEntries()
+    {
+        QFETCH(QString, place);
+        QFETCH(QKeySequence, key);
+        // The entries report their clicks; nothing is carried out.
+        QObject::disconnect(m_main->Menus(), &MainMenus::Clicked, m_main.get(), nullptr);
+        QSignalSpy clicked(m_main->Menus(), &MainMenus::Clicked);
+        m_main->MainMenu_View(place == QLatin1String("no menu bar") ? 2 : 0);
+        focusOn(focusFor(place));
+
+        const QKeyCombination pressed = key[0];
+        QTest::keyClick(QApplication::focusWidget(), pressed.key(), pressed.keyboardModifiers());
+        m_main->MainMenu_View(0);
+        QFETCH(bool, reaches);
+        QCOMPARE(clicked.size(), reaches ? 1 : 0);
+        if (reaches) {
+            QTEST(clicked[0][0].toString(), "array");
+            QTEST(clicked[0][1].toInt(), "index");
+        }
+    }
+
+    void gridMoves_data()
+    {
+        using GalleryLayout::Move;
+        QTest::addColumn<int>("current");
+        QTest::addColumn<Move>("move");
+        QTest::addColumn<QList<int>>("removed");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<int>("expected");
+        // Ten cells in rows of four: 0-3, 4-7, 8-9.
+        QTest::newRow("right runs on into the next row") << 3 << Move::Right << QList<int>{} << 2 << 4;
+        QTest::newRow("left stops at the first cell") << 0 << Move::Left << QList<int>{} << 2 << 0;
+        QTest::newRow("right steps over a removed cell") << 4 << Move::Right << QList<int>{5} << 2 << 6;
+        QTest::newRow("up keeps the column") << 6 << Move::Up << QList<int>{} << 2 << 2;
+        QTest::newRow("up from the first row stays") << 2 << Move::Up << QList<int>{} << 2 << 2;
+        QTest::newRow("down over a removed cell") << 1 << Move::Down << QList<int>{5} << 2 << 9;
+        QTest::newRow("down into a short last row ends on its last cell") << 6 << Move::Down << QList<int>{} << 2 << 9;
+        QTest::newRow("down from the last row stays") << 9 << Move::Down << QList<int>{} << 2 << 9;
+        QTest::newRow("page down moves whole rows") << 1 << Move::PageDown << QList<int>{} << 2 << 9;
+        QTest::newRow("page down past the end takes the last cell") << 4 << Move::PageDown << QList<int>{} << 2 << 9;
+        QTest::newRow("page up stops in the first row's column") << 9 << Move::PageUp << QList<int>{} << 5 << 1;
+        QTest::newRow("home skips removed cells") << 6 << Move::Home << QList<int>{0} << 2 << 1;
+        QTest::newRow("end skips removed cells") << 2 << Move::End << QList<int>{9} << 2 << 8;
+        QTest::newRow("without a current cell the first") << -1 << Move::Down << QList<int>{0} << 2 << 1;
+        QTest::newRow("without a current cell End the last") << -1 << Move::End << QList<int>{} << 2 << 9;
+        QTest::newRow("a removed current cell counts as none") << 5 << Move::Right << QList<int>{5} << 2 << 0;
+        QTest::newRow("nothing shown") << 0 << Move::Right << QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9} << 2 << -1;
+    }
+    void gridMoves()
+    {
+        QFETCH(int, current);
+        QFETCH(GalleryLayout::Move, move);
+        QFETCH(QList<int>, removed);
+        QFETCH(int, page);
+        const auto hidden = [&](int index) { return removed.contains(index); };
+        QTEST(GalleryLayout::MoveTo(current, move, 4, 10, page, hidden), "expected");
+    }
+
+    // The keys move the current picture as clicks do: it is previewed and scrolled into view,
+    // Shift selects the run from where the selection began, Ctrl leaves the selection alone.
+    void gridKeys_data()
+    {
+        QTest::addColumn<QList<QKeyCombination>>("keys");
+        QTest::addColumn<int>("current");
+        QTest::addColumn<QList<int>>("checked");
+        using K = QKeyCombination;
+        const Qt::KeyboardModifier shift = Qt::ShiftModifier, ctrl = Qt::ControlModifier;
+        QTest::newRow("the first key takes the first picture in view") << QList<K>{K(Qt::Key_Right)} << 0 << QList<int>{0};
+        QTest::newRow("right selects the next") << QList<K>{K(Qt::Key_Right), K(Qt::Key_Right)} << 1 << QList<int>{1};
+        QTest::newRow("down keeps the column") << QList<K>{K(Qt::Key_Right), K(Qt::Key_Right), K(Qt::Key_Down)} << 5
+                                               << QList<int>{5};
+        QTest::newRow("shift runs from the start")
+            << QList<K>{K(Qt::Key_Home), K(shift, Qt::Key_Right), K(shift, Qt::Key_Down), K(shift, Qt::Key_Left)} << 4
+            << QList<int>{0, 1, 2, 3, 4};
+        QTest::newRow("ctrl leaves the selection")
+            << QList<K>{K(Qt::Key_Home), K(ctrl, Qt::Key_Right), K(ctrl, Qt::Key_Right)} << 2 << QList<int>{0};
+        QTest::newRow("space adds the current one")
+            << QList<K>{K(Qt::Key_Home), K(ctrl, Qt::Key_Down), K(Qt::Key_Space)} << 4 << QList<int>{0, 4};
+        QTest::newRow("end scrolls to the last") << QList<K>{K(Qt::Key_End)} << 29 << QList<int>{29};
+        QTest::newRow("page down and up again")
+            << QList<K>{K(Qt::Key_Home), K(Qt::Key_Right), K(Qt::Key_PageDown), K(Qt::Key_PageUp)} << 1
+            << QList<int>{1};
+    }
+    void gridKeys()
+    {
+        QFETCH(QList<QKeyCombination>, keys);
+        QFETCH(int, current);
+        QFETCH(QList<int>, checked);
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        ThumbGrid* grid = gallery->picFrame();
+        for (const QKeyCombination& key : keys)
+            QTest::keyClick(grid, key.key(), key.keyboardModifiers());
+        QCOMPARE(gallery->CurrentIndex(), current);
+        QCOMPARE(grid->current(), current);
+        QCOMPARE(checkedCells(grid), std::set<int>(checked.begin(), checked.end()));
+        QCOMPARE(gallery->ucPreview()->FileName(), gallery->FileOf(current));
+        QVERIFY(grid->rect().contains(grid->cellRect(current).toRect()));
+    }
+
+    void gridEnterOpensAndMenuKeysShowTheMenu()
+    {
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        ThumbGrid* grid = gallery->picFrame();
+        QStringList opened;
+        PictureOpener::SetHandler([&opened](const QString& path) { opened << path; });
+        QSignalSpy menus(grid, &ThumbGrid::CellContextMenu);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QTest::keyClick(grid, Qt::Key_Return);
+        QTest::keyClick(grid, Qt::Key_F10, Qt::ShiftModifier);
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), grid->mapToGlobal(QPoint()));
+        QApplication::sendEvent(grid, &menuKey);
+        PictureOpener::SetHandler({});
+        QCOMPARE(opened, QStringList{gallery->FileOf(4)});
+        QCOMPARE(menus.size(), 2);
+        for (const QList<QVariant>& menu : menus) {
+            QCOMPARE(menu[0].toInt(), 4);
+            QVERIFY(grid->cellRect(4).contains(grid->mapFromGlobal(menu[1].toPoint())));
+        }
+    }
+
+    void tabReachesTheGrid()
+    {
+        auto gallery = gridOfFour();
+        QVERIFY(gallery);
+        auto* address = gallery->findChild<QLineEdit*>(QStringLiteral("txtAddress"));
+        address->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), address);
+        for (int tab = 0; tab < 10 && QApplication::focusWidget() != gallery->picFrame(); ++tab)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), gallery->picFrame());
+    }
+
+    // The picture list shows the picture menu for its selected row, from the mouse and from
+    // the keys, where the row is.
+    void pictureListShowsThePictureMenu_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("right click") << "mouse";
+        QTest::newRow("menu key") << "menu key";
+        QTest::newRow("Shift+F10") << "Shift+F10";
+    }
+    void pictureListShowsThePictureMenu()
+    {
+        QFETCH(QString, how);
+        auto* browser = static_cast<PictureListWindow*>(child(QStringLiteral("frmMyImages")));
+        ucPictureList* list = browser->lvList();
+        if (list->count() == 0) {
+            browser->txtAddress()->setAddress(world(QStringLiteral("thirty/")));
+            QTRY_VERIFY(list->count() == 30);
+        }
+        QAbstractItemView* view = list->view();
+        focusOn(view);
+        list->selectRow(2, true);
+        const QRect row = view->visualRect(view->model()->index(2, 0));
+        QSignalSpy asked(list, &ucPictureList::ContextMenuRequested);
+        if (how == QLatin1String("mouse")) {
+            QContextMenuEvent click(QContextMenuEvent::Mouse, row.center(), view->viewport()->mapToGlobal(row.center()));
+            QApplication::sendEvent(view->viewport(), &click);
+        } else if (how == QLatin1String("menu key")) {
+            QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), view->mapToGlobal(QPoint()));
+            QApplication::sendEvent(view, &key);
+        } else {
+            QTest::keyClick(view, Qt::Key_F10, Qt::ShiftModifier);
+        }
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(asked[0][0].toInt(), 2);
+        QVERIFY(row.contains(view->viewport()->mapFromGlobal(asked[0][1].toPoint())));
+        QMenu* menu = m_main->Menus()->Menu(QStringLiteral("mnuPopup_ImageOptions"));
+        QTRY_VERIFY(menu->isVisible());
+        menu->close();
+    }
+
+    // Toolbar buttons never take the focus: each has a key, or a letter of its own, or is
+    // reached by Tab, or does what a key of the main window does. The main window's own
+    // toolbar repeats menu entries.
+    void toolbarButtonsHaveKeys()
+    {
+        const QHash<QString, QKeySequence> mainWindowKeys = {
+            {QStringLiteral("refresh"), QKeySequence(Qt::Key_F5)},
+            // A picture window's Props: File > Properties describes its picture.
+            {QStringLiteral("tlbMain(2)"), QKeySequence(Qt::ALT | Qt::Key_Return)},
+        };
+        auto* workshop = new frmWorkshop(m_main.get());
+        const auto cleanup = qScopeGuard([workshop] { delete workshop; });
+        int buttons = 0;
+        for (QToolBar* bar : m_main->findChildren<QToolBar*>()) {
+            if (bar->parentWidget() == m_main.get())
+                continue;
+            for (QAction* action : bar->actions()) {
+                auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
+                // The picture window's magnifications carry no action.
+                if (!button || action->objectName() == QLatin1String("tlbMain(3)"))
+                    continue;
+                ++buttons;
+                if (mainWindowKeys.contains(action->objectName())) {
+                    const QKeySequence key = mainWindowKeys.value(action->objectName());
+                    const auto held = m_main->actions();
+                    QVERIFY(std::any_of(held.begin(), held.end(), [&](QAction* a) { return a->shortcuts().contains(key); }));
+                    continue;
+                }
+                QVERIFY2(!action->shortcuts().isEmpty() || !QKeySequence::mnemonic(button->text()).isEmpty() ||
+                             (button->focusPolicy() & Qt::TabFocus),
+                         qPrintable(bar->parentWidget()->objectName() + u' ' + bar->objectName() + u' ' + action->text()));
+            }
+        }
+        QVERIFY(buttons > 20);
+    }
+
+    // The keys of the child windows' buttons work wherever the focus is in their window.
+    void windowKeysReachTheirButtons_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QAction*>("action");
+        const std::pair<const char*, const char*> places[] = {{"frmThumbnails", "gallery"},
+                                                              {"frmMyImages", "browser"},
+                                                              {"frmSlideshow", "builder"},
+                                                              {"frmViewImage", "picture window"}};
+        for (const auto& [window, place] : places)
+            for (QAction* action : child(QLatin1String(window))->actions())
+                if (!action->shortcuts().isEmpty() && action->isEnabled() && action->isVisible())
+                    QTest::addRow("%s: %s", place, qPrintable(action->text())) << QString::fromLatin1(place) << action;
+    }
+    void windowKeysReachTheirButtons()
+    {
+        QFETCH(QString, place);
+        QFETCH(QAction*, action);
+        focusOn(focusFor(place));
+        // Dialogs and menus the buttons bring up go away again.
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, [] {
+            for (QWidget* up : {QApplication::activeModalWidget(), QApplication::activePopupWidget()})
+                if (up)
+                    up->close();
+        });
+        closer.start(10);
+        QSignalSpy triggered(action, &QAction::triggered);
+        const QKeyCombination key = action->shortcut()[0];
+        QTest::keyClick(QApplication::focusWidget(), key.key(), key.keyboardModifiers());
+        QCOMPARE(triggered.size(), 1);
+    }
+
+    // Qt fires neither of two actions that hold one key where both can be pressed.
+    void noKeyHasTwoOwners()
+    {
+        struct Owner
+        {
+            QObject* object;
+            QWidget* widget;
+            Qt::ShortcutContext context;
+        };
+        QMultiHash<QKeySequence, Owner> owners;
+        for (QAction* action : m_main->findChildren<QAction*>())
+            for (QWidget* holder : keyHolders(action))
+                for (const QKeySequence& key : action->shortcuts())
+                    owners.insert(key, {action, holder, action->shortcutContext()});
+        for (QShortcut* shortcut : m_main->findChildren<QShortcut*>())
+            for (const QKeySequence& key : shortcut->keys())
+                owners.insert(key, {shortcut, qobject_cast<QWidget*>(shortcut->parent()), shortcut->context()});
+        for (const QKeySequence& key : owners.uniqueKeys()) {
+            const QList<Owner> all = owners.values(key);
+            for (int i = 0; i < all.size(); ++i)
+                for (int j = i + 1; j < all.size(); ++j)
+                    if (all[i].object != all[j].object)
+                        QVERIFY2(!overlap(all[i].widget, all[i].context, all[j].widget, all[j].context),
+                                 qPrintable(key.toString() + QStringLiteral(": ") + nameOf(all[i].object) +
+                                            QStringLiteral(" and ") + nameOf(all[j].object)));
+        }
+    }
+};
+
+Q_DECLARE_METATYPE(GalleryLayout::Move)
+
+LUMBRA_TEST_MAIN(tst_Keyboard)
+#include "tst_keyboard.moc"
