@@ -82,6 +82,8 @@ frmWorkshop::frmWorkshop(QWidget* parent) : QWidget(parent, Qt::Window)
                                                               action->shortcut().toString(QKeySequence::NativeText)));
     }
     layout->addWidget(tools);
+    // Closing asks first while edits are unsaved, so the close keys are safe here.
+    WindowKeys::CloseWith(this, false);
 
     m_picture = new QLabel(this);
     m_picture->setAlignment(Qt::AlignCenter);

@@ -5,6 +5,10 @@
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 #include "app/UndoLog.h"
+#include "app/frmAbout.h"
+#include "app/frmHelp.h"
+#include "app/frmOptions.h"
+#include "app/frmTip.h"
 #include "app/mdiMain.h"
 #include "browser/PictureListWindow.h"
 #include "browser/ucPictureList.h"
@@ -12,15 +16,24 @@
 #include "common/ucTxtAddress.h"
 #include "gallery/GalleryLayout.h"
 #include "gallery/ThumbGrid.h"
+#include "gallery/frmThumbSize.h"
 #include "gallery/frmThumbnails.h"
 #include "viewing/PictureOpener.h"
 #include "viewing/ucImgPreview.h"
 #include "viewing/PictureWindows.h"
+#include "viewing/frmImageProps.h"
+#include "viewing/frmPageSetup.h"
 #include "viewing/frmWorkshop.h"
 #include "viewing/frmViewImage.h"
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QDialog>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -63,6 +76,39 @@ QString nameOf(QObject* object)
 {
     auto* action = qobject_cast<QAction*>(object);
     return object->objectName().isEmpty() && action ? action->text() : object->objectName();
+}
+
+// The ancestors of a and b (or they themselves) that are children of their nearest common
+// ancestor: what the eye compares when it reads one after the other.
+std::pair<QWidget*, QWidget*> siblingsOver(QWidget* a, QWidget* b)
+{
+    for (QWidget* upA = a; upA; upA = upA->parentWidget())
+        for (QWidget* upB = b; upB; upB = upB->parentWidget())
+            if (upA->parentWidget() && upA->parentWidget() == upB->parentWidget())
+                return {upA, upB};
+    return {a, b};
+}
+
+// Whether b comes after a for someone reading the window: further down, or to the right
+// on the same line.
+bool readsAfter(QWidget* a, QWidget* b)
+{
+    const auto [upA, upB] = siblingsOver(a, b);
+    if (upA == upB || upA->isAncestorOf(upB) || upB->isAncestorOf(upA))
+        return true;
+    const QRect ra = upA->geometry(), rb = upB->geometry();
+    const int overlap = qMin(ra.bottom(), rb.bottom()) - qMax(ra.top(), rb.top());
+    if (overlap > qMin(ra.height(), rb.height()) / 2)
+        return rb.left() >= ra.left();
+    return rb.center().y() > ra.center().y();
+}
+
+QString describe(const QWidget* widget)
+{
+    QString text;
+    if (auto* button = qobject_cast<const QAbstractButton*>(widget))
+        text = button->text();
+    return QStringLiteral("%1 %2 \"%3\"").arg(QLatin1String(widget->metaObject()->className()), widget->objectName(), text);
 }
 
 // Whether keys held by a and b with these contexts can be pressed with the same focus.
@@ -124,6 +170,8 @@ private Q_SLOTS:
     {
         Globals().Options.fill(0);
         Globals().Options[11] = 1;
+        // Going to the tray by itself, so the options show the idle time's buttons.
+        Globals().Options[0] = 1;
         m_picture = world(QStringLiteral("Tom & Jerry.png"));
         QImage picture(64, 48, QImage::Format_RGB32);
         picture.fill(Qt::darkCyan);
@@ -434,6 +482,112 @@ private Q_SLOTS:
         QMenu* menu = m_main->Menus()->Menu(QStringLiteral("mnuPopup_ImageOptions"));
         QTRY_VERIFY(menu->isVisible());
         menu->close();
+    }
+
+    // Tab reaches every control of a dialog or window, in the order the eye reads them; an
+    // underlined letter leads to one control; Enter has a default button and Esc closes.
+    void windowsTakeTheKeyboard_data()
+    {
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<int>("page");
+        for (int page = 0; page < 4; ++page)
+            QTest::addRow("options, page %d", page) << "options" << page;
+        for (const char* window : {"thumbnail size", "page setup", "properties", "tip", "about", "workshop", "help"})
+            QTest::newRow(window) << window << -1;
+    }
+    void windowsTakeTheKeyboard()
+    {
+        QFETCH(QString, window);
+        QFETCH(int, page);
+        Globals().CurrentPicture = m_picture;
+        QPointer<QWidget> shown;
+        if (window == QLatin1String("options"))
+            shown = new frmOptions(m_main.get());
+        else if (window == QLatin1String("thumbnail size"))
+            shown = new frmThumbSize(nullptr, m_main.get());
+        else if (window == QLatin1String("page setup"))
+            shown = new frmPageSetup(m_main.get());
+        else if (window == QLatin1String("properties"))
+            shown = frmImageProps::ShowCurrent(m_main.get());
+        else if (window == QLatin1String("tip"))
+            shown = frmTip::Open(m_main.get());
+        else if (window == QLatin1String("about"))
+            shown = new frmAbout(m_main.get());
+        else if (window == QLatin1String("workshop"))
+            shown = new frmWorkshop(m_main.get());
+        else
+            shown = new frmHelp(m_main.get());
+        const auto cleanup = qScopeGuard([&] { delete shown.data(); });
+        if (auto* workshop = qobject_cast<frmWorkshop*>(shown.data()))
+            workshop->OpenPicture(m_picture);
+        if (auto* options = qobject_cast<frmOptions*>(shown.data()))
+            options->SSTab1->setCurrentIndex(page);
+        shown->show();
+        shown->activateWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(shown));
+        QTRY_VERIFY(shown->isActiveWindow());
+        if (!QApplication::focusWidget() || QApplication::focusWidget()->window() != shown)
+            QTest::keyClick(shown, Qt::Key_Tab);
+
+        // Round the window with Tab, back to where it began.
+        QList<QWidget*> walk{QApplication::focusWidget()};
+        QVERIFY(walk.first());
+        // A text browser takes Tab from link to link first.
+        for (int step = 0; step < 300; ++step) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            if (QApplication::focusWidget() == walk.first())
+                break;
+            if (QApplication::focusWidget() != walk.last())
+                walk << QApplication::focusWidget();
+        }
+        QVERIFY2(QApplication::focusWidget() == walk.first(), "Tab goes round");
+        // The round starts anywhere: read it from the control nearest the top left.
+        const auto topLeft = std::min_element(walk.begin(), walk.end(), [&](QWidget* a, QWidget* b) {
+            return readsAfter(a, b) && !readsAfter(b, a);
+        });
+        std::rotate(walk.begin(), topLeft, walk.end());
+        for (int i = 1; i < walk.size(); ++i)
+            QVERIFY2(readsAfter(walk[i - 1], walk[i]),
+                     qPrintable(describe(walk[i]) + QStringLiteral(" after ") + describe(walk[i - 1])));
+
+        QSet<QChar> letters;
+        for (QWidget* widget : shown->findChildren<QWidget*>()) {
+            if (!widget->isVisible() || !widget->isEnabled())
+                continue;
+            // Radio buttons of one group are one stop: the arrows move among them.
+            auto* radio = qobject_cast<QRadioButton*>(widget);
+            const bool groupReached = radio && std::any_of(walk.begin(), walk.end(), [&](QWidget* w) {
+                return qobject_cast<QRadioButton*>(w) && w->parentWidget() == radio->parentWidget();
+            });
+            if ((widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy() && !groupReached)
+                QVERIFY2(walk.contains(widget), qPrintable(describe(widget) + QStringLiteral(" is out of Tab's reach")));
+            QString text;
+            if (auto* label = qobject_cast<QLabel*>(widget)) {
+                // A caption for a control ends in a colon; names of pictures show their "&".
+                if (!label->text().trimmed().endsWith(u':') || QKeySequence::mnemonic(label->text()).isEmpty())
+                    continue;
+                text = label->text();
+                QVERIFY2(label->buddy(), qPrintable(text + QStringLiteral(" leads nowhere")));
+            } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+                text = button->text();
+            }
+            const QKeySequence mnemonic = QKeySequence::mnemonic(text);
+            if (!mnemonic.isEmpty()) {
+                const QChar letter(mnemonic[0].key());
+                QVERIFY2(!letters.contains(letter), qPrintable(text + QStringLiteral(": a second ") + letter));
+                letters << letter;
+            }
+        }
+
+        if (auto* dialog = qobject_cast<QDialog*>(shown.data())) {
+            const auto buttons = dialog->findChildren<QPushButton*>();
+            QVERIFY(std::any_of(buttons.begin(), buttons.end(), [](QPushButton* b) { return b->isDefault(); }));
+        }
+        // Esc puts a dialog away; a window of its own closes with the close keys.
+        const QKeySequence close = qobject_cast<QDialog*>(shown.data()) ? QKeySequence(Qt::Key_Escape)
+                                                                           : QKeySequence(QKeySequence::Close);
+        QTest::keyClick(QApplication::focusWidget(), close[0].key(), close[0].keyboardModifiers());
+        QTRY_VERIFY(!shown || !shown->isVisible());
     }
 
     // Toolbar buttons never take the focus: each has a key, or a letter of its own, or is
