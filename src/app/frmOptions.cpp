@@ -176,8 +176,8 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
     QList<QWidget*> tabOrder = {
         SSTab1->tabBar(), opMainMenu[0], opMainMenu[1], opMainMenu[2], chkGeneral[StatusBarOption],
         chkGeneral[SideBarOption], cmdColor, chkGeneral[3], chkGeneral[6], chkGeneral[9],
-        chkGeneral[OnTopOption], chkGeneral[7], chkGeneral[8], chkGeneral[12], chkGeneral[CaptionsOption],
-        chkExtraTypes, chkGeneral[TrayIconOption], chkGeneral[MinToTrayOption]};
+        chkGeneral[OnTopOption], chkGeneral[7], chkGeneral[8], chkGeneral[12],
+        chkGeneral[CaptionsOption], chkExtraTypes, chkGeneral[TrayIconOption], chkGeneral[MinToTrayOption]};
     for (QToolButton* arrow : spnMinToTray->findChildren<QToolButton*>())
         tabOrder << arrow;
     tabOrder << chkGeneral[10] << cmdOptions[0] << cmdOptions[1];
