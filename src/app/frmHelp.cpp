@@ -1,5 +1,6 @@
 #include "app/frmHelp.h"
 
+#include "common/WindowKeys.h"
 #include "common/WindowPlacement.h"
 
 #include <QHBoxLayout>
@@ -92,6 +93,9 @@ frmHelp::frmHelp(QWidget* parent)
         if (!url.fragment().isEmpty())
             SelectTopic(url.fragment());
     });
+
+    // A page to read: Esc puts it away as well as the close keys.
+    WindowKeys::CloseWith(this, true);
 
     SelectTopic(QString::fromLatin1(Topics[0].anchor));
     WindowPlacement::Keep(this, QStringLiteral("frmHelp"));

@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -162,6 +163,19 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
     layout->addLayout(buttonRow);
+
+    // The boxes are made in the order of the option table, the other controls after them:
+    // Tab follows each page from top to bottom instead.
+    QList<QWidget*> tabOrder = {
+        SSTab1->tabBar(), opMainMenu[0], opMainMenu[1], opMainMenu[2], chkGeneral[StatusBarOption],
+        chkGeneral[SideBarOption], cmdColor, chkGeneral[3], chkGeneral[6], chkGeneral[9],
+        chkGeneral[OnTopOption], chkGeneral[7], chkGeneral[8], chkGeneral[12],
+        chkGeneral[CaptionsOption], chkExtraTypes, chkGeneral[TrayIconOption], chkGeneral[MinToTrayOption]};
+    for (QToolButton* arrow : spnMinToTray->findChildren<QToolButton*>())
+        tabOrder << arrow;
+    tabOrder << chkGeneral[10] << cmdOptions[0] << cmdOptions[1];
+    for (int i = 1; i < tabOrder.size(); ++i)
+        setTabOrder(tabOrder[i - 1], tabOrder[i]);
 
     connect(cmdColor, &QPushButton::clicked, this, &frmOptions::cmdColor_Click);
     // The idle time only matters while the window may go to the tray by itself.

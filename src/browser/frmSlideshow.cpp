@@ -132,7 +132,8 @@ void frmSlideshow::buildToolbars()
     WindowKeys::Give(this, PlayButton(StopIndex), QKeySequence(Qt::Key_Escape));
     WindowKeys::Give(this, PlayButton(RepeatIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
     WindowKeys::Give(this, PlayButton(RandomIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
-    WindowKeys::Give(this, PlayButton(FullScreenIndex), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    WindowKeys::Give(this, PlayButton(FullScreenIndex),
+                     QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
 
     // Stopped: Play shows, and waits for a checked picture.
     PlayButton(StopIndex)->setVisible(false);

@@ -565,12 +565,13 @@ bool ucPictureList::eventFilter(QObject* watched, QEvent* event)
         if (onViewport == keyboard)
             break;
         const QModelIndex current = owner->currentIndex();
-        const int row = keyboard ? (current.isValid() && owner->selectionModel()->isSelected(current) ? current.row() : -1)
-                                 : rowAt(owner, request->pos());
+        const bool currentChosen = current.isValid() && owner->selectionModel()->isSelected(current);
+        const int row = keyboard ? (currentChosen ? current.row() : -1) : rowAt(owner, request->pos());
         if (row < 0)
             break;
-        const QPoint at = keyboard ? owner->viewport()->mapToGlobal(owner->visualRect(current).center())
-                                   : request->globalPos();
+        const QPoint at = keyboard
+                              ? owner->viewport()->mapToGlobal(owner->visualRect(current).center())
+                              : request->globalPos();
         Q_EMIT ContextMenuRequested(row, at);
         return true;
     }
@@ -578,8 +579,10 @@ bool ucPictureList::eventFilter(QObject* watched, QEvent* event)
         const auto* press = static_cast<QKeyEvent*>(event);
         const int key = press->key();
         // Shift+F10 is the menu key of keyboards without one.
-        if (!onViewport && key == Qt::Key_F10 && press->modifiers() == Qt::ShiftModifier && !isEditing()) {
-            QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint(), owner->mapToGlobal(QPoint()));
+        const bool shiftF10 = key == Qt::Key_F10 && press->modifiers() == Qt::ShiftModifier;
+        if (!onViewport && shiftF10 && !isEditing()) {
+            QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint(),
+                                      owner->mapToGlobal(QPoint()));
             QCoreApplication::sendEvent(owner, &request);
             return true;
         }

@@ -9,7 +9,8 @@ void Give(QWidget* window, QAction* action, const QKeySequence& key)
 {
     action->setShortcut(key);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    action->setToolTip(QStringLiteral("%1 (%2)").arg(action->toolTip(), key.toString(QKeySequence::NativeText)));
+    action->setToolTip(
+        QStringLiteral("%1 (%2)").arg(action->toolTip(), key.toString(QKeySequence::NativeText)));
     window->addAction(action);
 }
 

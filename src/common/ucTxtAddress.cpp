@@ -23,7 +23,8 @@ ucTxtAddress::ucTxtAddress(const QString& formName, QWidget* parent)
     addAction(m_backAction);
     m_back->setObjectName(QStringLiteral("imgBack"));
     m_back->setIcon(QIcon(QStringLiteral(":/icons/back.svg")));
-    m_back->setToolTip(tr("Back (%1)").arg(m_backAction->shortcut().toString(QKeySequence::NativeText)));
+    m_back->setToolTip(
+        tr("Back (%1)").arg(m_backAction->shortcut().toString(QKeySequence::NativeText)));
     m_back->setAutoRaise(true);
     m_back->setEnabled(false);
     m_box->setObjectName(QStringLiteral("txtAddress"));
@@ -126,7 +127,8 @@ bool ucTxtAddress::eventFilter(QObject* watched, QEvent* event)
         // Enter and Esc belong to the box while it has the focus, whatever keys its window has.
         const auto* press = static_cast<QKeyEvent*>(event);
         const int key = press->key();
-        const bool plain = !(press->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+        const bool plain =
+            !(press->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
         if (plain && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape))
             event->accept();
         break;

@@ -990,7 +990,8 @@ bool frmThumbnails::eventFilter(QObject* watched, QEvent* event)
         // The keys the gallery answers itself are not the main window's: its F5 would reload
         // at once, past the two seconds' hold-off, and Shift+Delete would cut instead.
         auto* widget = qobject_cast<QWidget*>(watched);
-        if (widget && (widget == this || isAncestorOf(widget)) && ownKey(widget, static_cast<QKeyEvent*>(event)))
+        const bool ours = widget && (widget == this || isAncestorOf(widget));
+        if (ours && ownKey(widget, static_cast<QKeyEvent*>(event)))
             event->accept();
         return false;
     }

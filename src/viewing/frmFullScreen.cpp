@@ -44,7 +44,7 @@ frmFullScreen::frmFullScreen(QWidget* parent) : QMainWindow(parent)
 
     cmdClose = new QPushButton(QIcon(QStringLiteral(":/icons/close.svg")), QStringLiteral("Close"), frame);
     cmdClose->setObjectName(QStringLiteral("cmdClose"));
-    cmdClose->setToolTip(QStringLiteral("Close full screen (Esc). Drag the button to move it."));
+    cmdClose->setToolTip(QStringLiteral("Close full screen (Esc or F11). Drag the button to move it."));
     cmdClose->setCursor(Qt::PointingHandCursor);
     cmdClose->installEventFilter(this);
     connect(cmdClose, &QPushButton::clicked, this, &frmFullScreen::cmdClose_Click);
@@ -134,7 +134,8 @@ void frmFullScreen::placeCloseButton()
 
 void frmFullScreen::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape) {
+    // F11 brought the view up and takes it down again.
+    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F11) {
         event->accept();
         cmdClose_Click();
         return;

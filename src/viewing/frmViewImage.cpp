@@ -54,7 +54,8 @@ frmViewImage::frmViewImage(QWidget* parent) : QMainWindow(parent)
     }
     // Fit on the keyboard; Props is File > Properties (Alt+Return), which describes the
     // picture of the window last turned to.
-    WindowKeys::Give(this, tlbMain->findChild<QAction*>(QStringLiteral("tlbMain(1)")), QKeySequence(Qt::Key_F));
+    QAction* fit = tlbMain->findChild<QAction*>(QStringLiteral("tlbMain(1)"));
+    WindowKeys::Give(this, fit, QKeySequence(Qt::Key_F));
     // The window takes the focus when the user turns to it, so its key works.
     setFocusPolicy(Qt::StrongFocus);
     // The magnification list is offered as it always was; choosing an entry changes nothing.

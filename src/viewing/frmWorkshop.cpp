@@ -70,18 +70,21 @@ frmWorkshop::frmWorkshop(QWidget* parent) : QWidget(parent, Qt::Window)
     m_undo->setShortcuts(QKeySequence::Undo);
     tools->addSeparator();
     QAction* saveAs = tools->addAction(QStringLiteral("Save &As..."), this, [this] { SaveAs(); });
-    saveAs->setShortcuts(WindowKeys::Standard(QKeySequence::SaveAs, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)));
+    saveAs->setShortcuts(
+        WindowKeys::Standard(QKeySequence::SaveAs, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)));
     // A toolbar button shows its action's text without the "&"; given as the button's own
     // text, the underlined letter works with Alt as in a dialog.
     for (QAction* action : tools->actions()) {
         if (action->isSeparator())
             continue;
         action->setIconText(action->text());
-        if (!action->shortcut().isEmpty())
-            action->setToolTip(QStringLiteral("%1 (%2)").arg(action->toolTip(),
-                                                              action->shortcut().toString(QKeySequence::NativeText)));
+        const QString key = action->shortcut().toString(QKeySequence::NativeText);
+        if (!key.isEmpty())
+            action->setToolTip(QStringLiteral("%1 (%2)").arg(action->toolTip(), key));
     }
     layout->addWidget(tools);
+    // Closing asks first while edits are unsaved, so the close keys are safe here.
+    WindowKeys::CloseWith(this, false);
 
     m_picture = new QLabel(this);
     m_picture->setAlignment(Qt::AlignCenter);
