@@ -166,14 +166,27 @@ frmOptions::frmOptions(mdiMain* main) : QDialog(main), m_main(main)
 
     // The boxes are made in the order of the option table, the other controls after them:
     // Tab follows each page from top to bottom instead.
-    QList<QWidget*> tabOrder = {
-        SSTab1->tabBar(), opMainMenu[0], opMainMenu[1], opMainMenu[2], chkGeneral[StatusBarOption],
-        chkGeneral[SideBarOption], cmdColor, chkGeneral[3], chkGeneral[6], chkGeneral[9],
-        chkGeneral[OnTopOption], chkGeneral[7], chkGeneral[8], chkGeneral[12],
-        chkGeneral[CaptionsOption], chkExtraTypes, chkGeneral[TrayIconOption], chkGeneral[MinToTrayOption]};
+    QList<QWidget*> tabOrder = {SSTab1->tabBar(),
+                                opMainMenu[0],
+                                opMainMenu[1],
+                                opMainMenu[2],
+                                chkGeneral[Opt::StatusBar],
+                                chkGeneral[Opt::SideBar],
+                                cmdColor,
+                                chkGeneral[Opt::ConfirmChanges],
+                                chkGeneral[Opt::TipsAtStart],
+                                chkGeneral[Opt::ReopenLastWindow],
+                                chkGeneral[Opt::OnTop],
+                                chkGeneral[Opt::Snap],
+                                chkGeneral[Opt::HoverSelect],
+                                chkGeneral[Opt::SingleClickOpens],
+                                chkGeneral[Opt::Captions],
+                                chkExtraTypes,
+                                chkGeneral[Opt::TrayIcon],
+                                chkGeneral[Opt::MinimizeToTray]};
     for (QToolButton* arrow : spnMinToTray->findChildren<QToolButton*>())
         tabOrder << arrow;
-    tabOrder << chkGeneral[10] << cmdOptions[0] << cmdOptions[1];
+    tabOrder << chkGeneral[Opt::TrayAtStart] << cmdOptions[0] << cmdOptions[1];
     for (int i = 1; i < tabOrder.size(); ++i)
         setTabOrder(tabOrder[i - 1], tabOrder[i]);
 
