@@ -11,8 +11,9 @@
 #  3. Tools > Slide Show; in a folder of red, green, blue and yellow pictures the first three
 #     are checked and played full screen, one second each: red, green and blue are shown in
 #     that order, never yellow, and the player closes at the end.
-#  4. File > Exit leaves the folders and the slideshow builder as the last used window in the
-#     settings; a second start with option 9 on opens the builder again by itself.
+#  4. Stuff > ScreenShot! saves the whole screen as a bitmap. File > Exit leaves the folders and
+#     the slideshow builder as the last used window in the settings; a second start with
+#     option 9 on opens the builder again by itself.
 # Screenshots e2e-typical-road-N.png are kept in the current folder.
 # Child windows sit where a fresh start puts them, so clicks are made at fixed places in the
 # main window; every click is followed by a check on the files, the settings or the screen.
@@ -24,7 +25,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 shots_dir=$PWD
 
 source "$here/common.sh"
-lumbra_need_tools Xvfb xdotool convert import xwininfo
+lumbra_need_tools Xvfb xdotool convert import identify xwininfo
 lumbra_make_world
 ini="$XDG_CONFIG_HOME/Lumbra/Lumbra.ini"
 
@@ -275,7 +276,16 @@ done
 wait_for 5 no_full_screen_window || fail "the full-screen player did not close at the end of the show"
 screenshot # the builder after the show
 
-# --- 4. exit, and a second start that reopens the builder by itself ---
+# --- 4. a screenshot, exit, and a second start that reopens the builder by itself ---
+menu s s # Stuff > ScreenShot!
+if wait_for 15 present "$LUMBRA_HOME/ScreenShot.bmp"; then
+  sleep 1 # the file is renamed into place whole; let its picture window open
+  geometry=$(identify -format '%m %wx%h' "$LUMBRA_HOME/ScreenShot.bmp" 2>/dev/null)
+  [[ "$geometry" == BMP*" 1280x1024" ]] || fail "ScreenShot.bmp is not a bitmap of the whole screen: '$geometry'"
+else
+  fail "Stuff > ScreenShot! wrote no ScreenShot.bmp"
+fi
+screenshot # the screenshot in a picture window
 exit_by_menu "first run"
 ini_is frmThumbnails BrowsePath "$second/" ||
   fail "after exit the gallery's folder is '$(ini_value frmThumbnails BrowsePath)', expected '$second/'"
